@@ -1,0 +1,15 @@
+#pragma once
+// Umbrella header of the ZQVelisto library: include this one header in a host program.
+
+#include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQPlatform.h"
+
+#include "ZQ/core/ZQLock.h"
+#include "ZQ/core/ZQMapper.h"
+#include "ZQ/core/ZQString.h"
+
+#include "ZQ/frame/ZQDeviceSettings.h"
+#include "ZQ/frame/ZQResponseKeyboard.h"
+#include "ZQ/frame/ZQResponseWindow.h"
+#include "ZQ/frame/ZQScene.h"
+#include "ZQ/frame/ZQSceneManager.h"

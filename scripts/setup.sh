@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# Installs, with apt-get, every Debian package the build and the tests need that is missing.
+# Quick when everything is there already.
+set -euo pipefail
+
+packages=(
+    cmake ninja-build googletest
+    g++-mingw-w64-x86-64-posix
+    wine wine64 xvfb
+)
+
+missing=()
+for package in "${packages[@]}"; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+echo "installing: ${missing[*]}"
+sudo=""
+[ "$(id -u)" -eq 0 ] || sudo="sudo"
+export DEBIAN_FRONTEND=noninteractive
+$sudo apt-get update -qq
+$sudo apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null

@@ -1,0 +1,71 @@
+// A host program that knows the library only through its installed header and import library.
+#include <ZQVelisto.h>
+
+#include <cstdio>
+#include <string>
+
+using namespace ZQ;
+
+namespace {
+
+std::string g_log;
+int g_failures = 0;
+
+void Expect(bool ok, const char* what) {
+    if (!ok) {
+        std::printf("FAILED: %s\n", what);
+        ++g_failures;
+    }
+}
+
+class TitleScene : public ZQScene {
+public:
+    HRESULT OnCreateDevice(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*) override {
+        g_log += "title+ ";
+        return S_OK;
+    }
+    void OnDestroyDevice(void*) override { g_log += "title- "; }
+    void OnFrameMove(IDirect3DDevice9*, double, float, void*) override { g_log += "title.move "; }
+    ~TitleScene() override { g_log += "title~ "; }
+};
+
+class GameScene : public ZQScene {
+public:
+    HRESULT OnCreateDevice(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*) override {
+        g_log += "game+ ";
+        return S_OK;
+    }
+    void OnDestroyDevice(void*) override { g_log += "game- "; }
+    ~GameScene() override { g_log += "game~ "; }
+};
+
+} // namespace
+
+int main() {
+    {
+        ZQSceneManager scenes;
+        scenes.Entry(L"Title", new TitleScene);
+        scenes.Entry(L"Game", new GameScene);
+        scenes.Trans(L"title");
+        scenes.Dispatcher(nullptr, nullptr, nullptr);
+        if (ZQScene* current = scenes.GetCurrent())
+            current->OnFrameMove(nullptr, 0.0, 0.0f, nullptr);
+        scenes.Trans(L"GAME");
+        scenes.Dispatcher(nullptr, nullptr, nullptr);
+        Expect(dynamic_cast<GameScene*>(scenes.GetCurrent()) != nullptr, "the game scene is current");
+    }
+    Expect(g_log == "title+ title.move title- game+ title- title~ game- game~ ", "callback order");
+
+    ZQString caption(L"Score %d", 1200);
+    Expect(caption == L"Score 1200", "formatted caption");
+    Expect(std::string(static_cast<char*>(caption)) == "Score 1200", "narrow copy");
+
+    ZQMapper names;
+    ZQString key(L"Coin");
+    int coin = 5;
+    names.insert(key, &coin);
+    Expect(names.find("COIN") == &coin && names.find(L"coin") == &coin, "case-insensitive map");
+
+    std::printf("%s\n%s\n", g_log.c_str(), g_failures ? "host program FAILED" : "host program ok");
+    return g_failures ? 1 : 0;
+}
