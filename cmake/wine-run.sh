@@ -11,6 +11,6 @@ export WINEPREFIX="$state/prefix"
 export WINEDEBUG=-all
 export WINEDLLOVERRIDES="mscoree,mshtml="
 export HOME="$state/home"
-# The ANSI code page follows the locale; a test may ask for another one.
-export LC_ALL=${ZQ_TEST_LOCALE:-en_US.UTF-8}
-exec wine "$@"
+# The ANSI code page follows the locale (1252 here); a test may ask for another one.
+# Set through env so that this shell never tries to load the locale itself.
+exec env LC_ALL="${ZQ_TEST_LOCALE:-en_US.UTF-8}" wine "$@"

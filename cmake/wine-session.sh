@@ -13,7 +13,7 @@ export WINEPREFIX="$state/prefix"
 export WINEDEBUG=-all
 export WINEDLLOVERRIDES="mscoree,mshtml="
 export HOME="$state/home"
-export LC_ALL=en_US.UTF-8
+export LC_ALL=C.UTF-8
 
 alive() { [ -n "${1:-}" ] && kill -0 "$1" 2>/dev/null; }
 
@@ -47,6 +47,10 @@ start() {
 
     # One wineserver for the whole run keeps each test's start short.
     DISPLAY=$display wineserver -p >/dev/null 2>&1 </dev/null
+    # Wine's services and desktop process start with the first program and keep its output
+    # open; start them here, with ours closed, so that no test's output stays held.
+    DISPLAY=$display wine wineboot >/dev/null 2>&1 </dev/null
+    DISPLAY=$display wine rundll32.exe user32.dll,GetDesktopWindow >/dev/null 2>&1 </dev/null
     echo "Wine session ready: prefix $WINEPREFIX, display $display"
 }
 

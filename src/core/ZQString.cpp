@@ -2,6 +2,7 @@
 #include "ZQ/core/ZQString.h"
 
 #include <cstdarg>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
