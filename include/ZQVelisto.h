@@ -4,9 +4,16 @@
 #include "ZQ/core/ZQConfig.h"
 #include "ZQ/core/ZQPlatform.h"
 
+#include "ZQ/core/ZQArray.h"
+#include "ZQ/core/ZQKalman.h"
 #include "ZQ/core/ZQLock.h"
 #include "ZQ/core/ZQMapper.h"
+#include "ZQ/core/ZQRand.h"
+#include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
+#include "ZQ/core/ZQThread.h"
+#include "ZQ/core/ZQTimer.h"
+#include "ZQ/core/ZQVector.h"
 
 #include "ZQ/frame/ZQDeviceSettings.h"
 #include "ZQ/frame/ZQResponseKeyboard.h"

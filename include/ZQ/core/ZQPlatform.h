@@ -14,6 +14,11 @@
 #endif
 #include <windows.h>
 #include <d3d9.h>
+// The library is built against D3DX 9 version 41 (d3dx9_41.dll).
+#ifndef D3DX_SDK_VERSION
+#define D3DX_SDK_VERSION 41
+#endif
+#include <d3dx9.h>
 
 // These platform macros would rename the library's own members (app.CreateWindow, font.DrawText)
 // and parameters; the library calls the wide functions by their full names.
