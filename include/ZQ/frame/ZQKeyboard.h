@@ -1,0 +1,63 @@
+#pragma once
+#include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQPlatform.h"
+#include "ZQ/frame/ZQResponseKeyboard.h"
+
+namespace ZQ {
+
+/// Keyboard state of the application object: the down state of every virtual key, the
+/// accessibility records saved at start-up and the hook that blocks the Windows keys while
+/// shortcut keys are not allowed.
+class ZQ_API ZQKeyboard : public _ZQResponseKeyboard_tag {
+public:
+    ZQKeyboard();
+    ZQKeyboard(const ZQKeyboard&) = delete;
+    ZQKeyboard& operator=(const ZQKeyboard&) = delete;
+
+    /// The setters copy the record into the one the keyboard owns; the getters return that record.
+
+    void SetStartupStickyKeys(STICKYKEYS* keys) override;
+    STICKYKEYS* GetStartupStickyKeys() override;
+    void SetStartupToggleKeys(TOGGLEKEYS* keys) override;
+    TOGGLEKEYS* GetStartupToggleKeys() override;
+    void SetStartupFilterKeys(FILTERKEYS* keys) override;
+    FILTERKEYS* GetStartupFilterKeys() override;
+    virtual ~ZQKeyboard();
+
+    /// True while the key (low 8 bits of the code) is down.
+    bool IsKeyDown(UINT key);
+
+    /// The hook procedure: swallows the two Windows keys while shortcut keys are not allowed.
+    static LRESULT CALLBACK LowLevelKeyboardProc(int code, WPARAM wParam, LPARAM lParam);
+
+protected:
+    /// true: restores the saved records and removes the hook. false: installs the hook and switches
+    /// off the accessibility hot keys of features that are off (changing the saved records too).
+    void AllowShortcutKeys(bool allow);
+    /// Records a key message's down state at the low 8 bits of the key code.
+    void RecordKey(UINT key, bool down);
+
+    void SetAllowShortcutKeysWhenFullscreen(bool allow);
+    bool GetAllowShortcutKeysWhenFullscreen();
+    void SetAllowShortcutKeysWhenWindowed(bool allow);
+    bool GetAllowShortcutKeysWhenWindowed();
+    void SetAllowShortcutKeys(bool allow);
+    bool GetAllowShortcutKeys();
+    void SetKeyboardHook(HHOOK hook);
+    HHOOK GetKeyboardHook();
+
+    static ZQKeyboard* m_pKeyboard;
+
+private:
+    CRITICAL_SECTION m_lock;
+    STICKYKEYS m_startupStickyKeys;
+    TOGGLEKEYS m_startupToggleKeys;
+    FILTERKEYS m_startupFilterKeys;
+    bool m_allowShortcutKeysWhenFullscreen;
+    bool m_allowShortcutKeysWhenWindowed;
+    bool m_allowShortcutKeys;
+    bool m_keys[256];
+    HHOOK m_keyboardHook;
+};
+
+} // namespace ZQ

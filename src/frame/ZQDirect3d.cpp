@@ -1,0 +1,1027 @@
+// Device framework: state accessors, Init, device creation/reset/loss, the frame, timers,
+// error report and statistics texts.
+//
+// Sections: state accessors - Init and command line - devices - frame and main loop - timers -
+// errors - statistics
+#include "ZQ/frame/ZQDirect3d.h"
+#include "ZQ/core/ZQLock.h"
+#include "ZQ/frame/ZQMediaSearch.h"
+
+#include <commctrl.h>
+#include <shellapi.h>
+
+#include <cstdio>
+#include <cwchar>
+
+namespace ZQ {
+
+ZQDirect3d* ZQDirect3d::m_pDirect3d = nullptr;
+
+namespace {
+const UINT kD3DSdkVersion = 32;
+const UINT kD3DXSdkVersion = 41;
+const DWORD kLostDeviceSleepMs = 50;
+} // namespace
+
+ZQDirect3d::ZQDirect3d()
+    : m_windowedPlacement(), m_backBufferSurfaceDesc(), m_caps(), m_pCurrentDeviceSettings(nullptr),
+      m_pTimer(new ZQTimer), m_deviceStats(), m_staticFrameStats(), m_fpsStats(), m_frameStats(), m_nextTimerId(1) {
+    InitializeCriticalSection(&m_stateLock);
+    m_windowedPlacement.length = sizeof m_windowedPlacement;
+    m_pDirect3d = this;
+}
+
+ZQDirect3d::~ZQDirect3d() {
+    Cleanup3DEnvironment(true);
+    if (IDirect3D9* d3d = GetD3D()) {
+        SetD3D(nullptr);
+        d3d->Release();
+    }
+    delete m_pCurrentDeviceSettings;
+    delete m_pTimer;
+    if (m_pDirect3d == this)
+        m_pDirect3d = nullptr;
+    DeleteCriticalSection(&m_stateLock);
+}
+
+// ---------------------------------------------------------------------------------------------------------------
+// State accessors: one field per lock hold.
+
+#define ZQ_DEFINE_ACCESSORS(type, name, initial)                                                                     \
+    type ZQDirect3d::Get##name() {                                                                                    \
+        ZQLock lock(&m_stateLock);                                                                                    \
+        return m_##name;                                                                                              \
+    }                                                                                                                 \
+    void ZQDirect3d::Set##name(type value) {                                                                          \
+        ZQLock lock(&m_stateLock);                                                                                    \
+        m_##name = value;                                                                                             \
+    }
+ZQ_DIRECT3D_STATE(ZQ_DEFINE_ACCESSORS)
+#undef ZQ_DEFINE_ACCESSORS
+
+D3DCAPS9 ZQDirect3d::GetDeviceCaps() {
+    ZQLock lock(&m_stateLock);
+    return m_caps;
+}
+
+D3DSURFACE_DESC ZQDirect3d::GetBackBufferSurfaceDesc() {
+    ZQLock lock(&m_stateLock);
+    return m_backBufferSurfaceDesc;
+}
+
+_ZQDeviceSettings_tag ZQDirect3d::GetDeviceSettings() {
+    ZQLock lock(&m_stateLock);
+    _ZQDeviceSettings_tag settings = {};
+    if (m_pCurrentDeviceSettings)
+        settings = *m_pCurrentDeviceSettings;
+    return settings;
+}
+
+bool ZQDirect3d::IsWindowed() {
+    ZQLock lock(&m_stateLock);
+    return !m_pCurrentDeviceSettings || m_pCurrentDeviceSettings->pp.Windowed;
+}
+
+bool ZQDirect3d::IsActive() {
+    return GetActive();
+}
+
+bool ZQDirect3d::IsRenderingPaused() {
+    return GetPauseRenderingCount() > 0;
+}
+
+bool ZQDirect3d::IsTimePaused() {
+    return GetPauseTimeCount() > 0;
+}
+
+// ---------------------------------------------------------------------------------------------------------------
+// Init and command line
+
+HRESULT ZQDirect3d::Init(bool parseCommandLine, bool, bool, bool) {
+    SetInitCalled(true);
+    SetOverrideForceVsync(1);
+
+    INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_WIN95_CLASSES};
+    InitCommonControlsEx(&controls);
+    STICKYKEYS sticky = {sizeof sticky, 0};
+    TOGGLEKEYS toggle = {sizeof toggle, 0};
+    FILTERKEYS filter = {sizeof filter, 0, 0, 0, 0, 0};
+    SystemParametersInfoW(SPI_GETSTICKYKEYS, sizeof sticky, &sticky, 0);
+    SystemParametersInfoW(SPI_GETTOGGLEKEYS, sizeof toggle, &toggle, 0);
+    SystemParametersInfoW(SPI_GETFILTERKEYS, sizeof filter, &filter, 0);
+    SetStartupStickyKeys(&sticky);
+    SetStartupToggleKeys(&toggle);
+    SetStartupFilterKeys(&filter);
+
+    // One-millisecond timer resolution, from the system's own multimedia library.
+    wchar_t winmm[MAX_PATH];
+    const UINT length = GetSystemDirectoryW(winmm, MAX_PATH);
+    if (length > 0 && length < MAX_PATH - 12) {
+        wcscat(winmm, L"\\winmm.dll");
+        if (HMODULE library = LoadLibraryW(winmm)) {
+            typedef UINT(WINAPI * TimeBeginPeriod)(UINT);
+            if (TimeBeginPeriod begin =
+                    reinterpret_cast<TimeBeginPeriod>(reinterpret_cast<void*>(GetProcAddress(library, "timeBeginPeriod"))))
+                begin(1);
+            FreeLibrary(library);
+        }
+    }
+
+    if (parseCommandLine)
+        ParseCommandLine();
+
+    if (!D3DXCheckVersion(kD3DSdkVersion, kD3DXSdkVersion)) {
+        DisplayErrorMessage(ZQ_E_INCORRECT_VERSION);
+        return ZQ_E_INCORRECT_VERSION;
+    }
+    if (!GetD3D()) {
+        IDirect3D9* d3d = Direct3DCreate9(kD3DSdkVersion);
+        if (!d3d) {
+            DisplayErrorMessage(ZQ_E_NO_DIRECT3D);
+            return ZQ_E_NO_DIRECT3D;
+        }
+        SetD3D(d3d);
+    }
+    m_pTimer->Reset();
+    SetInited(true);
+    return S_OK;
+}
+
+void ZQDirect3d::ParseCommandLine() {
+    int count = 0;
+    wchar_t** arguments = CommandLineToArgvW(GetCommandLineW(), &count);
+    if (!arguments)
+        return;
+    wchar_t value[257];
+    for (int i = 1; i < count; ++i) {
+        wchar_t* cursor = arguments[i];
+        if (*cursor != L'/' && *cursor != L'-')
+            continue;
+        ++cursor;
+        // Each option restarts from the text after the leading character.
+        wchar_t* const start = cursor;
+        auto option = [&](const wchar_t* name) {
+            cursor = start;
+            return ZQIsNextArg(cursor, name);
+        };
+        auto withValue = [&](const wchar_t* name) { return option(name) && ZQCmdParam(cursor, value); };
+        if (withValue(L"adapter"))
+            SetOverrideAdapterOrdinal(_wtoi(value));
+        else if (option(L"windowed"))
+            SetOverrideWindowed(true);
+        else if (option(L"fullscreen"))
+            SetOverrideFullScreen(true);
+        else if (option(L"forcehal"))
+            SetOverrideForceHAL(true);
+        else if (option(L"forceref"))
+            SetOverrideForceREF(true);
+        else if (option(L"forcepurehwvp"))
+            SetOverrideForcePureHWVP(true);
+        else if (option(L"forcehwvp"))
+            SetOverrideForceHWVP(true);
+        else if (option(L"forceswvp"))
+            SetOverrideForceSWVP(true);
+        else if (withValue(L"forcevsync"))
+            SetOverrideForceVsync(_wtoi(value));
+        else if (withValue(L"width"))
+            SetOverrideWidth(_wtoi(value));
+        else if (withValue(L"height"))
+            SetOverrideHeight(_wtoi(value));
+        else if (withValue(L"startx"))
+            SetOverrideStartX(_wtoi(value));
+        else if (withValue(L"starty"))
+            SetOverrideStartY(_wtoi(value));
+        else if (option(L"constantframetime")) {
+            const float timePerFrame = ZQCmdParam(cursor, value) ? static_cast<float>(wcstod(value, nullptr)) : 0.0333f;
+            SetOverrideConstantFrameTime(true);
+            SetOverrideConstantTimePerFrame(timePerFrame);
+            SetConstantFrameTime(true);
+            SetTimePerFrame(timePerFrame);
+        } else if (withValue(L"quitafterframe"))
+            SetOverrideQuitAfterFrame(_wtoi(value));
+        else if (option(L"noerrormsgboxes"))
+            SetShowMsgBoxOnError(false);
+        else if (option(L"nostats"))
+            SetNoStats(true);
+        else if (option(L"relaunchmce"))
+            SetOverrideRelaunchMCE(true);
+        else if (option(L"automation"))
+            SetAutomation(true);
+    }
+    LocalFree(arguments);
+}
+
+// ---------------------------------------------------------------------------------------------------------------
+// Devices
+
+HRESULT ZQDirect3d::CreateDevice(UINT adapter, bool windowed, int width, int height,
+                                 ZQCallbackIsDeviceAcceptable isDeviceAcceptable,
+                                 ZQCallbackModifyDeviceSettings modifyDeviceSettings, void* context) {
+    if (GetInsideDeviceCallback())
+        return E_FAIL;
+    SetIsDeviceAcceptableFunc(isDeviceAcceptable);
+    SetModifyDeviceSettingsFunc(modifyDeviceSettings);
+    SetIsDeviceAcceptableFuncUserContext(context);
+    SetModifyDeviceSettingsFuncUserContext(context);
+    SetDeviceCreateCalled(true);
+
+    if (!GetInited()) {
+        if (GetInitCalled())
+            return E_FAIL;
+        const HRESULT hr = Init(true, true, true, true);
+        if (FAILED(hr))
+            return hr;
+    }
+    if (!GetWindowCreated()) {
+        if (GetWindowCreateCalled())
+            return E_FAIL;
+        const HRESULT hr = CreateWindow(L"Direct3D Window", nullptr, nullptr, nullptr, CW_USEDEFAULT, CW_USEDEFAULT);
+        if (FAILED(hr))
+            return hr;
+    }
+
+    _ZQDeviceSettings_tag wanted = {};
+    wanted.AdapterOrdinal = GetOverrideAdapterOrdinal() >= 0 ? static_cast<UINT>(GetOverrideAdapterOrdinal()) : adapter;
+    if (GetOverrideWindowed())
+        windowed = true;
+    if (GetOverrideFullScreen())
+        windowed = false;
+    wanted.pp.Windowed = windowed;
+    wanted.pp.BackBufferWidth = static_cast<UINT>(GetOverrideWidth() > 0 ? GetOverrideWidth() : (width > 0 ? width : 0));
+    wanted.pp.BackBufferHeight =
+        static_cast<UINT>(GetOverrideHeight() > 0 ? GetOverrideHeight() : (height > 0 ? height : 0));
+    wanted.DeviceType = GetOverrideForceREF() ? D3DDEVTYPE_REF : D3DDEVTYPE_HAL;
+    if (GetOverrideForcePureHWVP())
+        wanted.BehaviorFlags = D3DCREATE_HARDWARE_VERTEXPROCESSING | D3DCREATE_PUREDEVICE;
+    else if (GetOverrideForceHWVP())
+        wanted.BehaviorFlags = D3DCREATE_HARDWARE_VERTEXPROCESSING;
+    else if (GetOverrideForceSWVP())
+        wanted.BehaviorFlags = D3DCREATE_SOFTWARE_VERTEXPROCESSING;
+
+    _ZQDeviceSettings_tag valid;
+    HRESULT hr = FindValidDeviceSettings(&valid, &wanted);
+    if (FAILED(hr)) {
+        DisplayErrorMessage(hr);
+        return hr;
+    }
+    return ChangeDevice(&valid, nullptr, false, true);
+}
+
+HRESULT ZQDirect3d::ChangeDevice(const _ZQDeviceSettings_tag* settings, IDirect3DDevice9* device, bool forceRecreate,
+                                 bool) {
+    if (!settings || GetInsideDeviceCallback())
+        return E_FAIL;
+    _ZQDeviceSettings_tag next = *settings;
+    if (ZQCallbackModifyDeviceSettings modify = GetModifyDeviceSettingsFunc()) {
+        D3DCAPS9 caps = {};
+        if (IDirect3D9* d3d = GetD3D())
+            d3d->GetDeviceCaps(next.AdapterOrdinal, next.DeviceType, &caps);
+        if (!modify(&next, &caps, GetModifyDeviceSettingsFuncUserContext()))
+            return E_ABORT;
+    }
+    next.pp.hDeviceWindow = next.pp.Windowed ? GethWndDeviceWindowed() : GethWndDeviceFullScreen();
+
+    Pause(true, true);
+    SetIgnoreSizeChange(true);
+    const _ZQDeviceSettings_tag previous = GetDeviceSettings();
+    const bool wasDevice = GetD3DDevice() != nullptr;
+    HWND hWnd = GethWndDeviceWindowed();
+    if (hWnd && wasDevice && previous.pp.Windowed && !next.pp.Windowed) {
+        // Remember the window for the way back from full screen.
+        WINDOWPLACEMENT placement = {};
+        placement.length = sizeof placement;
+        GetWindowPlacement(hWnd, &placement);
+        {
+            ZQLock lock(&m_stateLock);
+            m_windowedPlacement = placement;
+        }
+        SetWindowedStyleAtModeChange(static_cast<DWORD>(GetWindowLongW(hWnd, GWL_STYLE)));
+        SetWindowBackBufferWidthAtModeChange(previous.pp.BackBufferWidth);
+        SetWindowBackBufferHeightAtModeChange(previous.pp.BackBufferHeight);
+    }
+    if (hWnd && !next.pp.Windowed)
+        SetWindowLongW(hWnd, GWL_STYLE, WS_POPUP | WS_SYSMENU);
+
+    HRESULT hr = E_FAIL;
+    const bool canReset = device && !forceRecreate && previous.AdapterOrdinal == next.AdapterOrdinal &&
+                          previous.DeviceType == next.DeviceType && previous.BehaviorFlags == next.BehaviorFlags;
+    if (canReset) {
+        {
+            ZQLock lock(&m_stateLock);
+            if (m_pCurrentDeviceSettings)
+                *m_pCurrentDeviceSettings = next;
+        }
+        hr = Reset3DEnvironment();
+        if (hr == D3DERR_DEVICELOST) {
+            SetDeviceLost(true);
+            hr = S_OK;
+        } else if (FAILED(hr)) {
+            Cleanup3DEnvironment(false);
+            hr = Create3DEnvironment(next);
+        }
+    } else {
+        Cleanup3DEnvironment(false);
+        hr = Create3DEnvironment(next);
+    }
+
+    if (hWnd && next.pp.Windowed) {
+        if (wasDevice && !previous.pp.Windowed) {
+            WINDOWPLACEMENT placement;
+            {
+                ZQLock lock(&m_stateLock);
+                placement = m_windowedPlacement;
+            }
+            SetWindowLongW(hWnd, GWL_STYLE, static_cast<LONG>(GetWindowedStyleAtModeChange()));
+            SetWindowPlacement(hWnd, &placement);
+        }
+        AdjustWindowToBackBuffer(next);
+    }
+    if (hWnd && !IsWindowVisible(hWnd))
+        ShowWindow(hWnd, SW_SHOW);
+    SetIgnoreSizeChange(false);
+    Pause(false, false);
+    return hr;
+}
+
+void ZQDirect3d::AdjustWindowToBackBuffer(const _ZQDeviceSettings_tag& settings) {
+    HWND hWnd = GethWndDeviceWindowed();
+    RECT client;
+    if (!hWnd || !GetClientRect(hWnd, &client))
+        return;
+    if (static_cast<UINT>(client.right) == settings.pp.BackBufferWidth &&
+        static_cast<UINT>(client.bottom) == settings.pp.BackBufferHeight)
+        return;
+    RECT frame = {0, 0, static_cast<LONG>(settings.pp.BackBufferWidth), static_cast<LONG>(settings.pp.BackBufferHeight)};
+    AdjustWindowRect(&frame, static_cast<DWORD>(GetWindowLongW(hWnd, GWL_STYLE)), ::GetMenu(hWnd) != nullptr);
+    SetWindowPos(hWnd, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+HRESULT ZQDirect3d::Create3DEnvironment(const _ZQDeviceSettings_tag& settings) {
+    IDirect3D9* d3d = GetD3D();
+    if (!d3d)
+        return ZQ_E_NO_DIRECT3D;
+    _ZQDeviceSettings_tag created = settings;
+    IDirect3DDevice9* device = nullptr;
+    HRESULT hr = d3d->CreateDevice(created.AdapterOrdinal, created.DeviceType, GethWndFocus(), created.BehaviorFlags,
+                                   &created.pp, &device);
+    {
+        ZQLock lock(&m_stateLock);
+        if (!m_pCurrentDeviceSettings)
+            m_pCurrentDeviceSettings = new _ZQDeviceSettings_tag;
+        *m_pCurrentDeviceSettings = created;
+    }
+    if (hr == D3DERR_DEVICELOST) {
+        SetDeviceLost(true);
+        return S_OK;
+    }
+    if (FAILED(hr)) {
+        DisplayErrorMessage(ZQ_E_CREATING_DEVICE);
+        return ZQ_E_CREATING_DEVICE;
+    }
+    SetD3DDevice(device);
+    SetDeviceCreated(true);
+    {
+        ZQLock lock(&m_stateLock);
+        device->GetDeviceCaps(&m_caps);
+    }
+    IDirect3DSurface9* backBuffer = nullptr;
+    if (SUCCEEDED(device->GetBackBuffer(0, 0, D3DBACKBUFFER_TYPE_MONO, &backBuffer))) {
+        ZQLock lock(&m_stateLock);
+        backBuffer->GetDesc(&m_backBufferSurfaceDesc);
+        backBuffer->Release();
+    }
+    UpdateStaticFrameStats();
+    GetDeviceStats();
+
+    hr = RunCreatedCallbacks();
+    if (SUCCEEDED(hr))
+        hr = RunResetCallbacks();
+    if (FAILED(hr) && hr != E_FAIL)
+        DisplayErrorMessage(hr);
+    return hr;
+}
+
+HRESULT ZQDirect3d::Reset3DEnvironment() {
+    IDirect3DDevice9* device = GetD3DDevice();
+    if (!device)
+        return E_FAIL;
+    if (GetDeviceObjectsReset())
+        RunLostCallbacks();
+    D3DPRESENT_PARAMETERS pp = GetDeviceSettings().pp;
+    const HRESULT reset = device->Reset(&pp);
+    if (FAILED(reset))
+        return reset == D3DERR_DEVICELOST ? D3DERR_DEVICELOST : ZQ_E_RESETTING_DEVICE;
+    IDirect3DSurface9* backBuffer = nullptr;
+    if (SUCCEEDED(device->GetBackBuffer(0, 0, D3DBACKBUFFER_TYPE_MONO, &backBuffer))) {
+        ZQLock lock(&m_stateLock);
+        backBuffer->GetDesc(&m_backBufferSurfaceDesc);
+        backBuffer->Release();
+    }
+    UpdateStaticFrameStats();
+    return RunResetCallbacks();
+}
+
+bool ZQDirect3d::DeviceGone() {
+    return GetD3DDevice() == nullptr;
+}
+
+HRESULT ZQDirect3d::RunCreatedCallbacks() {
+    IDirect3DDevice9* device = GetD3DDevice();
+    const D3DSURFACE_DESC backBuffer = GetBackBufferSurfaceDesc();
+    void* context = GetDeviceCreatedFuncUserContext();
+    SetInsideDeviceCallback(true);
+    HRESULT hr = S_OK;
+    if (ZQCallbackDeviceCreated created = GetDeviceCreatedFunc())
+        hr = created(device, &backBuffer, context);
+    if (ZQScene* scene = GetCurrent())
+        scene->OnCreateDevice(device, &backBuffer, context);
+    SetInsideDeviceCallback(false);
+    if (DeviceGone())
+        return E_FAIL;
+    if (FAILED(hr))
+        return hr == ZQ_E_MEDIA_NOT_FOUND ? hr : ZQ_E_CREATING_DEVICE_OBJECTS;
+    SetDeviceObjectsCreated(true);
+    return S_OK;
+}
+
+HRESULT ZQDirect3d::RunResetCallbacks() {
+    IDirect3DDevice9* device = GetD3DDevice();
+    const D3DSURFACE_DESC backBuffer = GetBackBufferSurfaceDesc();
+    void* context = GetDeviceResetFuncUserContext();
+    SetInsideDeviceCallback(true);
+    HRESULT hr = S_OK;
+    if (ZQCallbackDeviceReset reset = GetDeviceResetFunc())
+        hr = reset(device, &backBuffer, context);
+    if (ZQScene* scene = GetCurrent())
+        scene->OnResetDevice(device, &backBuffer, context);
+    SetInsideDeviceCallback(false);
+    if (DeviceGone())
+        return E_FAIL;
+    if (FAILED(hr))
+        return hr == ZQ_E_MEDIA_NOT_FOUND ? hr : ZQ_E_RESETTING_DEVICE_OBJECTS;
+    SetDeviceObjectsReset(true);
+    return S_OK;
+}
+
+void ZQDirect3d::RunLostCallbacks() {
+    void* context = GetDeviceLostFuncUserContext();
+    SetInsideDeviceCallback(true);
+    if (ZQCallbackDeviceLost lost = GetDeviceLostFunc())
+        lost(context);
+    if (ZQScene* scene = GetCurrent())
+        scene->OnLostDevice(context);
+    SetInsideDeviceCallback(false);
+    SetDeviceObjectsReset(false);
+}
+
+void ZQDirect3d::RunDestroyedCallbacks() {
+    void* context = GetDeviceDestroyedFuncUserContext();
+    SetInsideDeviceCallback(true);
+    if (ZQCallbackDeviceDestroyed destroyed = GetDeviceDestroyedFunc())
+        destroyed(context);
+    if (ZQScene* scene = GetCurrent())
+        scene->OnDestroyDevice(context);
+    SetInsideDeviceCallback(false);
+    SetDeviceObjectsCreated(false);
+}
+
+void ZQDirect3d::Cleanup3DEnvironment(bool releaseSettings) {
+    IDirect3DDevice9* device = GetD3DDevice();
+    if (device) {
+        if (GetDeviceObjectsReset())
+            RunLostCallbacks();
+        if (GetDeviceObjectsCreated())
+            RunDestroyedCallbacks();
+        SetD3DDevice(nullptr);
+        SetDeviceCreated(false);
+        if (device->Release() > 0)
+            DisplayErrorMessage(ZQ_E_NONZERO_REFCOUNT);
+    }
+    if (releaseSettings) {
+        ZQLock lock(&m_stateLock);
+        delete m_pCurrentDeviceSettings;
+        m_pCurrentDeviceSettings = nullptr;
+    }
+}
+
+HRESULT ZQDirect3d::ToggleFullScreen() {
+    _ZQDeviceSettings_tag wanted = GetDeviceSettings();
+    if (!GetD3DDevice())
+        return E_FAIL;
+    Pause(true, true);
+    const bool toWindowed = !wanted.pp.Windowed;
+    if (toWindowed) {
+        SetFullScreenBackBufferWidthAtModeChange(wanted.pp.BackBufferWidth);
+        SetFullScreenBackBufferHeightAtModeChange(wanted.pp.BackBufferHeight);
+        wanted.pp.BackBufferWidth = GetWindowBackBufferWidthAtModeChange();
+        wanted.pp.BackBufferHeight = GetWindowBackBufferHeightAtModeChange();
+    } else {
+        wanted.pp.BackBufferWidth = GetFullScreenBackBufferWidthAtModeChange();
+        wanted.pp.BackBufferHeight = GetFullScreenBackBufferHeightAtModeChange();
+    }
+    wanted.pp.Windowed = toWindowed;
+    _ZQDeviceSettings_tag valid;
+    HRESULT hr = FindValidDeviceSettings(&valid, &wanted);
+    if (SUCCEEDED(hr))
+        hr = ChangeDevice(&valid, GetD3DDevice(), false, false);
+    Pause(false, false);
+    return hr;
+}
+
+HRESULT ZQDirect3d::ToggleREF() {
+    _ZQDeviceSettings_tag wanted = GetDeviceSettings();
+    if (!GetD3DDevice())
+        return E_FAIL;
+    wanted.DeviceType = wanted.DeviceType == D3DDEVTYPE_HAL ? D3DDEVTYPE_REF : D3DDEVTYPE_HAL;
+    _ZQDeviceSettings_tag valid;
+    HRESULT hr = FindValidDeviceSettings(&valid, &wanted);
+    if (SUCCEEDED(hr))
+        hr = ChangeDevice(&valid, nullptr, true, false);
+    return hr;
+}
+
+// ---------------------------------------------------------------------------------------------------------------
+// Frame and main loop
+
+HRESULT ZQDirect3d::MainLoop(HACCEL accelerators) {
+    auto refuse = [this](HRESULT hr) {
+        const int exitCode = GetExitCode();
+        if (exitCode == 0 || exitCode == 11)
+            SetExitCode(1);
+        return hr;
+    };
+    if (GetInsideDeviceCallback() || GetInsideMainloop())
+        return refuse(E_FAIL);
+    SetInsideMainloop(true);
+
+    if (!GetDeviceCreated()) {
+        if (GetDeviceCreateCalled()) {
+            SetInsideMainloop(false);
+            return refuse(E_FAIL);
+        }
+        const HRESULT hr = CreateDevice(0, true, 0, 0, nullptr, nullptr, nullptr);
+        if (FAILED(hr)) {
+            SetInsideMainloop(false);
+            return refuse(hr);
+        }
+    }
+    if (!GetInited() || !GetWindowCreated() || !GetDeviceCreated()) {
+        SetInsideMainloop(false);
+        return refuse(E_FAIL);
+    }
+
+    HWND hWnd = GethWnd();
+    MSG msg = {};
+    msg.message = WM_NULL;
+    PeekMessageW(&msg, nullptr, 0, 0, PM_NOREMOVE);
+    while (msg.message != WM_QUIT) {
+        if (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+            if (accelerators && hWnd && TranslateAcceleratorW(hWnd, accelerators, &msg))
+                continue;
+            TranslateMessage(&msg);
+            DispatchMessageW(&msg);
+        } else {
+            const D3DSURFACE_DESC backBuffer = GetBackBufferSurfaceDesc();
+            Dispatcher(GetD3DDevice(), &backBuffer, nullptr);
+            Render3DEnvironment();
+        }
+    }
+    if (accelerators)
+        DestroyAcceleratorTable(accelerators);
+    SetInsideMainloop(false);
+    return S_OK;
+}
+
+void ZQDirect3d::Render3DEnvironment() {
+    if (GetDeviceLost() || IsRenderingPaused() || !IsActive())
+        Sleep(kLostDeviceSleepMs);
+
+    IDirect3DDevice9* device = GetD3DDevice();
+    if (!device) {
+        if (GetDeviceLost()) {
+            const _ZQDeviceSettings_tag settings = GetDeviceSettings();
+            ChangeDevice(&settings, nullptr, true, false);
+        }
+        return;
+    }
+
+    if (GetDeviceLost() && !IsRenderingPaused()) {
+        HRESULT hr = device->TestCooperativeLevel();
+        if (FAILED(hr)) {
+            if (hr == D3DERR_DEVICELOST)
+                return;
+            _ZQDeviceSettings_tag settings = GetDeviceSettings();
+            D3DDISPLAYMODE desktop = {};
+            if (settings.pp.Windowed && GetD3D() &&
+                SUCCEEDED(GetD3D()->GetAdapterDisplayMode(settings.AdapterOrdinal, &desktop)) &&
+                desktop.Format != settings.AdapterFormat) {
+                // The desktop changed format: find settings for it, keeping adapter, type and vertex processing.
+                settings.AdapterFormat = desktop.Format;
+                _ZQDeviceSettings_tag valid;
+                if (FAILED(FindValidDeviceSettings(&valid, &settings))) {
+                    DisplayErrorMessage(ZQ_E_NO_COMPATIBLE_DEVICES);
+                    Shutdown(GetExitCode());
+                    return;
+                }
+                ChangeDevice(&valid, nullptr, true, false);
+                return;
+            }
+            hr = Reset3DEnvironment();
+            if (FAILED(hr)) {
+                if (hr == D3DERR_DEVICELOST)
+                    return;
+                if (hr == ZQ_E_RESETTING_DEVICE_OBJECTS || hr == ZQ_E_MEDIA_NOT_FOUND) {
+                    DisplayErrorMessage(hr);
+                    Shutdown(GetExitCode());
+                    return;
+                }
+                if (FAILED(ChangeDevice(&settings, nullptr, true, false))) {
+                    Shutdown(GetExitCode());
+                    return;
+                }
+            }
+        }
+        SetDeviceLost(false);
+    }
+
+    double time = m_pTimer->GetTime();
+    float elapsed = static_cast<float>(m_pTimer->GetElapsedTime());
+    if (GetConstantFrameTime()) {
+        elapsed = GetTimePerFrame();
+        time = GetTime() + elapsed;
+    }
+    SetTime(time);
+    SetElapsedTime(elapsed);
+
+    if (GetShutdown()) {
+        SetShutdown(false);
+        Shutdown(0);
+    }
+    HandleTimers();
+
+    device = GetD3DDevice();
+    void* moveContext = GetFrameMoveFuncUserContext();
+    ZQScene* scene = GetCurrent();
+    if (scene)
+        scene->OnFrameMove(device, time, elapsed, moveContext);
+    if (ZQCallbackFrameMove frameMove = GetFrameMoveFunc())
+        frameMove(device, time, elapsed, moveContext);
+    if (scene)
+        scene->OnNetwork(device, time, elapsed, moveContext);
+    if (!GetD3DDevice())
+        return;
+
+    if (!IsRenderingPaused()) {
+        if (ZQCallbackFrameRender frameRender = GetFrameRenderFunc())
+            frameRender(device, time, elapsed, GetFrameRenderFuncUserContext());
+        // The scene renders with the frame-move context, deliberately.
+        if (scene)
+            scene->OnFrameRender(device, time, elapsed, moveContext);
+        if (!GetD3DDevice())
+            return;
+        const HRESULT hr = device->Present(nullptr, nullptr, nullptr, nullptr);
+        if (hr == D3DERR_DEVICELOST || hr == D3DERR_DRIVERINTERNALERROR)
+            SetDeviceLost(true);
+    }
+
+    const int frame = GetCurrentFrameNumber() + 1;
+    SetCurrentFrameNumber(frame);
+    const int quitAfter = GetOverrideQuitAfterFrame();
+    if (quitAfter != 0 && frame > quitAfter)
+        Shutdown();
+}
+
+void ZQDirect3d::RenderPausedFrame() {
+    IDirect3DDevice9* device = GetD3DDevice();
+    if (!device || !IsRenderingPaused() || !GetDeviceObjectsCreated() || !GetDeviceObjectsReset())
+        return;
+    const double time = GetTime();
+    const float elapsed = GetElapsedTime();
+    void* context = GetFrameRenderFuncUserContext();
+    if (ZQCallbackFrameRender frameRender = GetFrameRenderFunc())
+        frameRender(device, time, elapsed, context);
+    if (ZQScene* scene = GetCurrent())
+        scene->OnFrameRender(device, time, elapsed, context);
+    if (!GetD3DDevice())
+        return;
+    if (device->Present(nullptr, nullptr, nullptr, nullptr) == D3DERR_DEVICELOST)
+        SetDeviceLost(true);
+}
+
+void ZQDirect3d::RouteInput(HWND hWnd, UINT msg, WPARAM wParam, LPARAM lParam) {
+    switch (msg) {
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+    case WM_KEYUP:
+    case WM_SYSKEYUP: {
+        const bool down = msg == WM_KEYDOWN || msg == WM_SYSKEYDOWN;
+        const bool alt = (HIWORD(lParam) & KF_ALTDOWN) != 0;
+        const UINT key = static_cast<UINT>(wParam);
+        RecordKey(key, down);
+        void* context = GetKeyboardFuncUserContext();
+        if (ZQCallbackKeyboard keyboard = GetKeyboardFunc())
+            keyboard(key, down, alt, context);
+        if (ZQScene* scene = GetCurrent())
+            scene->OnKeyboard(key, down, alt, context);
+        return;
+    }
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONUP:
+    case WM_LBUTTONDBLCLK:
+    case WM_MBUTTONDOWN:
+    case WM_MBUTTONUP:
+    case WM_MBUTTONDBLCLK:
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONUP:
+    case WM_RBUTTONDBLCLK:
+    case WM_XBUTTONDOWN:
+    case WM_XBUTTONUP:
+    case WM_XBUTTONDBLCLK:
+    case WM_MOUSEWHEEL:
+    case WM_MOUSEMOVE: {
+        POINT position = {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
+        int wheelDelta = 0;
+        if (msg == WM_MOUSEWHEEL) {
+            ScreenToClient(hWnd, &position);
+            wheelDelta = static_cast<short>(HIWORD(wParam));
+        }
+        const WORD keys = LOWORD(wParam);
+        RecordButtons(keys);
+        const bool buttonDown =
+            msg == WM_LBUTTONDOWN || msg == WM_RBUTTONDOWN || msg == WM_MBUTTONDOWN || msg == WM_XBUTTONDOWN;
+        const bool left = (keys & MK_LBUTTON) != 0, right = (keys & MK_RBUTTON) != 0;
+        const bool middle = (keys & MK_MBUTTON) != 0, side1 = (keys & MK_XBUTTON1) != 0;
+        const bool side2 = (keys & MK_XBUTTON2) != 0;
+        void* context = GetMouseFuncUserContext();
+        if (ZQCallbackMouse mouse = GetMouseFunc())
+            mouse(buttonDown, left, right, middle, side1, side2, wheelDelta, position.x, position.y, context);
+        if (ZQScene* scene = GetCurrent())
+            scene->OnMouse(buttonDown, left, right, middle, side1, side2, wheelDelta, position.x, position.y, context);
+        return;
+    }
+    default:
+        return;
+    }
+}
+
+void ZQDirect3d::Pause(bool pauseTime, bool pauseRendering) {
+    int timeCount = GetPauseTimeCount() + (pauseTime ? 1 : -1);
+    int renderingCount = GetPauseRenderingCount() + (pauseRendering ? 1 : -1);
+    timeCount = timeCount < 0 ? 0 : timeCount;
+    renderingCount = renderingCount < 0 ? 0 : renderingCount;
+    SetPauseTimeCount(timeCount);
+    SetPauseRenderingCount(renderingCount);
+    if (timeCount > 0)
+        m_pTimer->Stop();
+    else
+        m_pTimer->Start();
+    SetTimePaused(timeCount > 0);
+    SetRenderingPaused(renderingCount > 0);
+}
+
+void ZQDirect3d::ConstantFrameTime(bool enabled, float timePerFrame) {
+    if (GetOverrideConstantFrameTime()) {
+        enabled = true;
+        timePerFrame = GetOverrideConstantTimePerFrame();
+    }
+    SetConstantFrameTime(enabled);
+    SetTimePerFrame(timePerFrame);
+}
+
+void ZQDirect3d::Shutdown() {
+    SetShutdown(true);
+}
+
+void ZQDirect3d::Shutdown(int exitCode) {
+    if (HWND hWnd = GethWnd())
+        SendMessageW(hWnd, WM_CLOSE, 0, 0);
+    SetExitCode(exitCode);
+    Cleanup3DEnvironment(true);
+    AllowShortcutKeys(true);
+    if (IDirect3D9* d3d = GetD3D()) {
+        SetD3D(nullptr);
+        d3d->Release();
+    }
+    if (GetOverrideRelaunchMCE()) {
+        wchar_t shell[MAX_PATH];
+        const DWORD length = ExpandEnvironmentStringsW(L"%SystemRoot%\\ehome\\ehshell.exe", shell, MAX_PATH);
+        if (length > 0 && length <= MAX_PATH && GetFileAttributesW(shell) != INVALID_FILE_ATTRIBUTES)
+            ShellExecuteW(nullptr, L"open", shell, nullptr, nullptr, SW_SHOWNORMAL);
+    }
+}
+
+// ---------------------------------------------------------------------------------------------------------------
+// Timers: removal only disables an entry, so that a callback may remove timers while the list is walked;
+// disabled entries are dropped when the next timer is added.
+
+HRESULT ZQDirect3d::AddTimer(ZQCallbackTimer callback, float timeoutInSecs, UINT* id, void* context) {
+    if (!callback || timeoutInSecs < 0.0f)
+        return E_INVALIDARG;
+    ZQLock lock(&m_stateLock);
+    for (int i = m_timerList.GetSize() - 1; i >= 0; --i)
+        if (!m_timerList[i].enabled)
+            m_timerList.Remove(i);
+    const _ZQTimerList_tag timer = {callback, context, timeoutInSecs, timeoutInSecs, true, m_nextTimerId};
+    const HRESULT hr = m_timerList.Add(timer);
+    if (FAILED(hr))
+        return hr;
+    if (id)
+        *id = m_nextTimerId;
+    ++m_nextTimerId;
+    return S_OK;
+}
+
+HRESULT ZQDirect3d::ChangeTimer(UINT id, float timeoutInSecs) {
+    if (timeoutInSecs < 0.0f)
+        return E_INVALIDARG;
+    ZQLock lock(&m_stateLock);
+    for (int i = 0; i < m_timerList.GetSize(); ++i) {
+        _ZQTimerList_tag& timer = m_timerList[i];
+        if (timer.enabled && timer.id == id) {
+            timer.timeoutInSecs = timeoutInSecs;
+            timer.countdown = timeoutInSecs;
+            return S_OK;
+        }
+    }
+    return E_INVALIDARG;
+}
+
+HRESULT ZQDirect3d::RemoveTimer(UINT id) {
+    ZQLock lock(&m_stateLock);
+    for (int i = 0; i < m_timerList.GetSize(); ++i) {
+        _ZQTimerList_tag& timer = m_timerList[i];
+        if (timer.enabled && timer.id == id) {
+            timer.enabled = false;
+            return S_OK;
+        }
+    }
+    return E_INVALIDARG;
+}
+
+void ZQDirect3d::HandleTimers() {
+    const float elapsed = GetElapsedTime();
+    for (int i = 0;; ++i) {
+        _ZQTimerList_tag fired;
+        {
+            ZQLock lock(&m_stateLock);
+            if (i >= m_timerList.GetSize())
+                return;
+            _ZQTimerList_tag& timer = m_timerList[i];
+            if (!timer.enabled)
+                continue;
+            timer.countdown -= elapsed;
+            if (timer.countdown >= 0.0f)
+                continue;
+            timer.countdown = timer.timeoutInSecs;
+            fired = timer;
+        }
+        fired.callback(fired.id, fired.context);
+    }
+}
+
+// ---------------------------------------------------------------------------------------------------------------
+// Errors
+
+void ZQDirect3d::DisplayErrorMessage(HRESULT code) {
+    struct Error {
+        HRESULT code;
+        int exitCode;
+        const wchar_t* text;
+    };
+    static const Error kErrors[] = {
+        {ZQ_E_NO_DIRECT3D, 2,
+         L"Could not initialize Direct3D. You may want to check that the latest version of DirectX is correctly "
+         L"installed on your system.  Also make sure that this program was compiled with header files that match "
+         L"the installed DirectX DLLs."},
+        {ZQ_E_NO_COMPATIBLE_DEVICES, 3, L"Could not find any compatible Direct3D devices."},
+        {ZQ_E_MEDIA_NOT_FOUND, 4, L"Could not find required media. Ensure that the DirectX SDK is correctly installed."},
+        {ZQ_E_NONZERO_REFCOUNT, 5,
+         L"The D3D device has a non-zero reference count, meaning some objects were not released."},
+        {ZQ_E_CREATING_DEVICE, 6, L"Failed creating the Direct3D device."},
+        {ZQ_E_RESETTING_DEVICE, 7, L"Failed resetting the Direct3D device."},
+        {ZQ_E_CREATING_DEVICE_OBJECTS, 8, L"Failed creating Direct3D device objects."},
+        {ZQ_E_RESETTING_DEVICE_OBJECTS, 9, L"Failed resetting Direct3D device objects."},
+        {ZQ_E_INCORRECT_VERSION, 10, L"Incorrect version of Direct3D and/or D3DX."},
+    };
+    const Error* error = nullptr;
+    for (const Error& candidate : kErrors)
+        if (candidate.code == code)
+            error = &candidate;
+    if (!error) {
+        SetExitCode(1);
+        return;
+    }
+    SetExitCode(error->exitCode);
+    if (!GetShowMsgBoxOnError())
+        return;
+    wchar_t text[512];
+    const wchar_t* source = error->text;
+    if (code == ZQ_E_NO_COMPATIBLE_DEVICES && GetSystemMetrics(SM_REMOTESESSION))
+        source = L"Direct3D does not work over a remote session.";
+    wcsncpy(text, source, 511);
+    text[511] = 0;
+    const wchar_t* title = GetWindowTitle();
+    MessageBoxW(GethWnd(), text, title && *title ? title : L"DirectX Application", MB_ICONERROR | MB_OK);
+}
+
+// ---------------------------------------------------------------------------------------------------------------
+// Statistics
+
+namespace {
+const wchar_t* FormatName(D3DFORMAT format) {
+    switch (format) {
+    case D3DFMT_A8R8G8B8: return L"A8R8G8B8";
+    case D3DFMT_X8R8G8B8: return L"X8R8G8B8";
+    case D3DFMT_R5G6B5: return L"R5G6B5";
+    case D3DFMT_X1R5G5B5: return L"X1R5G5B5";
+    case D3DFMT_A1R5G5B5: return L"A1R5G5B5";
+    case D3DFMT_A2R10G10B10: return L"A2R10G10B10";
+    case D3DFMT_D24S8: return L"D24S8";
+    case D3DFMT_D24X8: return L"D24X8";
+    case D3DFMT_D16: return L"D16";
+    case D3DFMT_D32: return L"D32";
+    default: return L"Unknown format";
+    }
+}
+} // namespace
+
+void ZQDirect3d::UpdateFrameStats() {
+    if (GetNoStats())
+        return;
+    const DWORD frames = GetLastStatsUpdateFrames() + 1;
+    SetLastStatsUpdateFrames(frames);
+    const double now = m_pTimer->GetAbsoluteTime();
+    const double since = now - GetLastStatsUpdateTime();
+    if (since <= 1.0)
+        return;
+    const float fps = static_cast<float>(frames / since);
+    SetFPS(fps);
+    SetLastStatsUpdateTime(now);
+    SetLastStatsUpdateFrames(0);
+    ZQLock lock(&m_stateLock);
+    _snwprintf(m_fpsStats, 64, L"%0.2f fps", fps);
+    m_fpsStats[63] = 0;
+}
+
+const wchar_t* ZQDirect3d::GetFrameStats(bool showFPS) {
+    ZQLock lock(&m_stateLock);
+    _snwprintf(m_frameStats, 256, L"%ls %ls", showFPS ? m_fpsStats : L"", m_staticFrameStats);
+    m_frameStats[255] = 0;
+    return m_frameStats;
+}
+
+void ZQDirect3d::UpdateStaticFrameStats() {
+    if (GetNoStats())
+        return;
+    const _ZQDeviceSettings_tag settings = GetDeviceSettings();
+    const D3DPRESENT_PARAMETERS& pp = settings.pp;
+    wchar_t formats[100];
+    if (pp.BackBufferFormat == settings.AdapterFormat)
+        _snwprintf(formats, 100, L"%ls", FormatName(settings.AdapterFormat));
+    else
+        _snwprintf(formats, 100, L"backbuf %ls, adapter %ls", FormatName(pp.BackBufferFormat),
+                   FormatName(settings.AdapterFormat));
+    formats[99] = 0;
+    wchar_t depth[32] = L"";
+    if (pp.EnableAutoDepthStencil)
+        _snwprintf(depth, 32, L" (%ls)", FormatName(pp.AutoDepthStencilFormat));
+    depth[31] = 0;
+    wchar_t multisample[40] = L"";
+    if (pp.MultiSampleType == D3DMULTISAMPLE_NONMASKABLE)
+        wcscpy(multisample, L" (Nonmaskable Multisample)");
+    else if (pp.MultiSampleType != D3DMULTISAMPLE_NONE)
+        _snwprintf(multisample, 40, L" (%dx Multisample)", static_cast<int>(pp.MultiSampleType));
+    multisample[39] = 0;
+    const bool vsync = pp.PresentationInterval != D3DPRESENT_INTERVAL_IMMEDIATE;
+    ZQLock lock(&m_stateLock);
+    _snwprintf(m_staticFrameStats, 256, L"Vsync %ls (%dx%d), %ls%ls%ls", vsync ? L"On" : L"Off",
+               static_cast<int>(pp.BackBufferWidth), static_cast<int>(pp.BackBufferHeight), formats, depth,
+               multisample);
+    m_staticFrameStats[255] = 0;
+}
+
+const wchar_t* ZQDirect3d::GetDeviceStats() {
+    const _ZQDeviceSettings_tag settings = GetDeviceSettings();
+    const D3DCAPS9 caps = GetDeviceCaps();
+    const wchar_t* type = settings.DeviceType == D3DDEVTYPE_HAL   ? L"HAL"
+                          : settings.DeviceType == D3DDEVTYPE_REF ? L"REF"
+                                                                  : L"SW";
+    const DWORD behavior = settings.BehaviorFlags;
+    const bool hardwareTnL = (caps.DevCaps & D3DDEVCAPS_HWTRANSFORMANDLIGHT) != 0;
+    const wchar_t* processing = L" (sw vp)";
+    if (behavior & D3DCREATE_HARDWARE_VERTEXPROCESSING)
+        processing = (behavior & D3DCREATE_PUREDEVICE) ? (hardwareTnL ? L" (pure hw vp)" : L" (simulated pure hw vp)")
+                                                       : (hardwareTnL ? L" (hw vp)" : L" (simulated hw vp)");
+    else if (behavior & D3DCREATE_MIXED_VERTEXPROCESSING)
+        processing = hardwareTnL ? L" (mixed vp)" : L" (simulated mixed vp)";
+    D3DADAPTER_IDENTIFIER9 identifier = {};
+    if (IDirect3D9* d3d = GetD3D())
+        d3d->GetAdapterIdentifier(settings.AdapterOrdinal, 0, &identifier);
+    ZQLock lock(&m_stateLock);
+    _snwprintf(m_deviceStats, 256, L"%ls%ls: %hs", type, processing, identifier.Description);
+    m_deviceStats[255] = 0;
+    return m_deviceStats;
+}
+
+} // namespace ZQ
