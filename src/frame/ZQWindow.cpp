@@ -89,6 +89,7 @@ HRESULT ZQWindow::CreateWindow(const wchar_t* title, HINSTANCE instance, HICON i
         title = L"";
 
     // One instance per window title.
+    SetLastError(0);
     HANDLE mutex = CreateMutexW(nullptr, TRUE, title);
     if (!mutex || GetLastError() == ERROR_ALREADY_EXISTS) {
         if (mutex)
@@ -130,6 +131,7 @@ HRESULT ZQWindow::CreateWindow(const wchar_t* title, HINSTANCE instance, HICON i
     windowClass.hIcon = icon;
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH));
+    windowClass.lpszClassName = kWindowClass;
     if (!RegisterClassW(&windowClass)) {
         const DWORD error = GetLastError();
         if (error != ERROR_CLASS_ALREADY_EXISTS)
