@@ -87,6 +87,9 @@ HRESULT ZQWindow::CreateWindow(const wchar_t* title, HINSTANCE instance, HICON i
         return E_FAIL;
     if (!title)
         title = L"";
+    // A second call creates nothing; checked first, since this process already holds the title's mutex.
+    if (GethWndFocus())
+        return S_OK;
 
     // One instance per window title.
     SetLastError(0);

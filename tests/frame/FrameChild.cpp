@@ -1,0 +1,43 @@
+// Helper process of the frame tests.
+//   frame_child.exe cmdline <options...>   prints the overrides that Init read from the command line
+//   frame_child.exe window <title>         exits 0 when CreateWindow succeeds, 1 when it is refused
+#include <ZQVelisto.h>
+
+#include <cstdio>
+#include <cwchar>
+
+#include <shellapi.h>
+
+namespace {
+class ChildApp : public ZQ::ZQVelisto {
+public:
+    explicit ChildApp(const wchar_t* title) : ZQVelisto(title, 64, 64) {}
+};
+} // namespace
+
+int main() {
+    int count = 0;
+    wchar_t** arguments = CommandLineToArgvW(GetCommandLineW(), &count);
+    if (count < 2)
+        return 2;
+    if (std::wcscmp(arguments[1], L"window") == 0 && count >= 3) {
+        ChildApp app(arguments[2]);
+        app.SetShowMsgBoxOnError(false);
+        return FAILED(app.CreateWindow(arguments[2], nullptr, nullptr, nullptr, 0, 0)) ? 1 : 0;
+    }
+    if (std::wcscmp(arguments[1], L"cmdline") == 0) {
+        ChildApp app(L"ZQVelisto command-line child");
+        app.Init(true, true, true, true);
+        std::printf("adapter=%d windowed=%d fullscreen=%d hal=%d ref=%d purehwvp=%d hwvp=%d swvp=%d vsync=%d "
+                    "width=%d height=%d startx=%d starty=%d constant=%d timeperframe=%.4f quitafterframe=%d "
+                    "msgboxes=%d nostats=%d mce=%d automation=%d\n",
+                    app.GetOverrideAdapterOrdinal(), app.GetOverrideWindowed(), app.GetOverrideFullScreen(),
+                    app.GetOverrideForceHAL(), app.GetOverrideForceREF(), app.GetOverrideForcePureHWVP(),
+                    app.GetOverrideForceHWVP(), app.GetOverrideForceSWVP(), app.GetOverrideForceVsync(),
+                    app.GetOverrideWidth(), app.GetOverrideHeight(), app.GetOverrideStartX(), app.GetOverrideStartY(),
+                    app.GetConstantFrameTime(), app.GetTimePerFrame(), app.GetOverrideQuitAfterFrame(),
+                    app.GetShowMsgBoxOnError(), app.GetNoStats(), app.GetOverrideRelaunchMCE(), app.GetAutomation());
+        return 0;
+    }
+    return 2;
+}

@@ -1,0 +1,140 @@
+#include "FrameTestApp.h"
+
+#include <gtest/gtest.h>
+
+#include <shellapi.h>
+
+#include <string>
+
+using ZQ::ZQCmdParam;
+using ZQ::ZQFindDXSDKMediaFileCch;
+using ZQ::ZQIsNextArg;
+
+namespace {
+
+void Touch(const std::wstring& path) {
+    HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    CloseHandle(file);
+}
+
+// A fresh tree root\a\b\c with the working directory at c, restored afterwards.
+class MediaSearchTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        wchar_t temp[MAX_PATH];
+        GetTempPathW(MAX_PATH, temp);
+        root = std::wstring(temp) + L"zq-media-" + std::to_wstring(GetCurrentProcessId());
+        for (const wchar_t* dir : {L"", L"\\a", L"\\a\\b", L"\\a\\b\\c", L"\\a\\b\\c\\media", L"\\a\\media"})
+            CreateDirectoryW((root + dir).c_str(), nullptr);
+        GetCurrentDirectoryW(MAX_PATH, saved);
+        SetCurrentDirectoryW((root + L"\\a\\b\\c").c_str());
+    }
+    void TearDown() override {
+        SetCurrentDirectoryW(saved);
+        SHFILEOPSTRUCTW remove = {};
+        std::wstring from = root + L'\0';
+        remove.wFunc = FO_DELETE;
+        remove.pFrom = from.c_str();
+        remove.fFlags = FOF_NOCONFIRMATION | FOF_SILENT | FOF_NOERRORUI;
+        SHFileOperationW(&remove);
+    }
+    std::wstring Find(const wchar_t* name, HRESULT expected = S_OK) {
+        wchar_t dest[MAX_PATH] = L"untouched";
+        EXPECT_EQ(ZQFindDXSDKMediaFileCch(dest, MAX_PATH, name), expected) << std::string(name, name + wcslen(name));
+        return dest;
+    }
+    std::wstring root;
+    wchar_t saved[MAX_PATH];
+};
+
+} // namespace
+
+TEST_F(MediaSearchTest, CandidatesInTheirOrder) {
+    Touch(root + L"\\a\\b\\c\\here.png");
+    Touch(root + L"\\a\\b\\up1.png");
+    Touch(root + L"\\a\\up2.png");
+    Touch(root + L"\\a\\b\\c\\media\\m0.png");
+    Touch(root + L"\\a\\media\\m2.png");
+    Touch(root + L"\\far.png");
+    Touch(root + L"\\a\\b\\c\\both.png");
+    Touch(root + L"\\a\\b\\both.png");
+
+    EXPECT_EQ(Find(L"here.png"), L"here.png") << "found first, unchanged";
+    EXPECT_EQ(Find(L"up1.png"), L"..\\up1.png");
+    EXPECT_EQ(Find(L"up2.png"), L"..\\..\\up2.png");
+    EXPECT_EQ(Find(L"m0.png"), L"media\\m0.png");
+    EXPECT_EQ(Find(L"m2.png"), L"..\\..\\media\\m2.png") << "the media folder two levels up";
+    EXPECT_EQ(Find(L"both.png"), L"both.png") << "the nearer candidate wins";
+    EXPECT_EQ(Find(L"b"), L"..\\..\\b") << "directories count";
+
+    // Three levels up is no typical directory: the climb from the working directory finds it.
+    const std::wstring far = Find(L"far.png");
+    EXPECT_EQ(_wcsicmp(far.c_str(), (root + L"\\far.png").c_str()), 0);
+}
+
+TEST_F(MediaSearchTest, NextToTheProgram) {
+    wchar_t exe[MAX_PATH];
+    GetModuleFileNameW(nullptr, exe, MAX_PATH);
+    std::wstring exeDir(exe);
+    exeDir.resize(exeDir.rfind(L'\\'));
+    const std::wstring name = L"zq-beside-" + std::to_wstring(GetCurrentProcessId()) + L".png";
+    Touch(exeDir + L"\\" + name);
+    EXPECT_EQ(Find(name.c_str()), exeDir + L"\\" + name);
+    DeleteFileW((exeDir + L"\\" + name).c_str());
+}
+
+TEST_F(MediaSearchTest, MissingNamesAndBadArguments) {
+    EXPECT_EQ(Find(L"nowhere.png", ZQ::ZQ_E_MEDIA_NOT_FOUND), L"nowhere.png");
+    wchar_t dest[16];
+    EXPECT_EQ(ZQFindDXSDKMediaFileCch(dest, 9, L"x.png"), E_INVALIDARG);
+    EXPECT_EQ(ZQFindDXSDKMediaFileCch(dest, 10, L"x.png"), ZQ::ZQ_E_MEDIA_NOT_FOUND);
+    EXPECT_EQ(ZQFindDXSDKMediaFileCch(dest, 16, L""), E_INVALIDARG);
+    EXPECT_EQ(ZQFindDXSDKMediaFileCch(dest, 16, nullptr), E_INVALIDARG);
+    EXPECT_EQ(ZQFindDXSDKMediaFileCch(nullptr, 16, L"x.png"), E_INVALIDARG);
+    std::wstring longName(300, L'n');
+    wchar_t small[12];
+    EXPECT_EQ(ZQFindDXSDKMediaFileCch(small, 12, longName.c_str()), ZQ::ZQ_E_MEDIA_NOT_FOUND);
+    EXPECT_EQ(std::wstring(small), std::wstring(11, L'n')) << "the copy is cut to the capacity";
+}
+
+TEST(CommandLine, OptionNamesAndValues) {
+    wchar_t text[] = L"Width:800 rest";
+    wchar_t* cursor = text;
+    wchar_t value[257];
+    EXPECT_FALSE(ZQIsNextArg(cursor, L"widthx"));
+    EXPECT_TRUE(ZQIsNextArg(cursor, L"width"));
+    EXPECT_TRUE(ZQCmdParam(cursor, value));
+    EXPECT_STREQ(value, L"800") << "cut at the space";
+
+    wchar_t glued[] = L"windowedx";
+    cursor = glued;
+    EXPECT_FALSE(ZQIsNextArg(cursor, L"windowed"));
+    EXPECT_EQ(cursor, glued);
+
+    wchar_t bare[] = L"width";
+    cursor = bare;
+    EXPECT_TRUE(ZQIsNextArg(cursor, L"width"));
+    value[0] = L'x';
+    EXPECT_FALSE(ZQCmdParam(cursor, value));
+    EXPECT_STREQ(value, L"");
+}
+
+TEST(CommandLine, ParsedFromARealProcess) {
+    std::string out;
+    ASSERT_EQ(frametest::RunChild(L"cmdline -windowed /width:800 -HEIGHT:600 -constantframetime", &out), 0);
+    EXPECT_NE(out.find("windowed=1 "), std::string::npos) << out;
+    EXPECT_NE(out.find("width=800 height=600 "), std::string::npos) << out;
+    EXPECT_NE(out.find("constant=1 timeperframe=0.0333 "), std::string::npos) << out;
+    EXPECT_NE(out.find("vsync=1 "), std::string::npos) << "Init forces vsync on: " << out;
+
+    ASSERT_EQ(frametest::RunChild(L"cmdline -width -height: -windowedx windowed /FullScreen -adapter:2 "
+                                  L"-quitafterframe:7 -forcevsync:0 -startx:abc -constantframetime:0.5 "
+                                  L"-noerrormsgboxes -nostats -forceref -automation",
+                                  &out),
+              0);
+    EXPECT_NE(out.find("adapter=2 windowed=0 fullscreen=1 hal=0 ref=1 "), std::string::npos) << out;
+    EXPECT_NE(out.find("vsync=0 width=0 height=0 startx=0 starty=-1 constant=1 timeperframe=0.5000 "
+                       "quitafterframe=7 msgboxes=0 nostats=1 mce=0 automation=1"),
+              std::string::npos)
+        << out;
+}
