@@ -352,7 +352,8 @@ void ZQDirect3d::AdjustWindowToBackBuffer(const _ZQDeviceSettings_tag& settings)
         static_cast<UINT>(client.bottom) == settings.pp.BackBufferHeight)
         return;
     RECT frame = {0, 0, static_cast<LONG>(settings.pp.BackBufferWidth), static_cast<LONG>(settings.pp.BackBufferHeight)};
-    AdjustWindowRect(&frame, static_cast<DWORD>(GetWindowLongW(hWnd, GWL_STYLE)), ::GetMenu(hWnd) != nullptr);
+    AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongW(hWnd, GWL_STYLE)), ::GetMenu(hWnd) != nullptr,
+                       static_cast<DWORD>(GetWindowLongW(hWnd, GWL_EXSTYLE)));
     SetWindowPos(hWnd, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }

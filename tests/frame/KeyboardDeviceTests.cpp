@@ -1,0 +1,134 @@
+#include "FrameTestApp.h"
+
+#include <gtest/gtest.h>
+
+using frametest::g_log;
+using frametest::TestApp;
+
+namespace {
+
+class KeyboardApp : public TestApp {
+public:
+    using ZQKeyboard::AllowShortcutKeys;
+    using ZQKeyboard::GetKeyboardHook;
+    using ZQKeyboard::SetAllowShortcutKeysWhenWindowed;
+};
+
+LRESULT HookEvent(WPARAM message, DWORD key) {
+    KBDLLHOOKSTRUCT event = {};
+    event.vkCode = key;
+    return ZQ::ZQKeyboard::LowLevelKeyboardProc(HC_ACTION, message, reinterpret_cast<LPARAM>(&event));
+}
+
+} // namespace
+
+TEST(ZQKeyboard, TheHookSwallowsOnlyTheWindowsKeys) {
+    KeyboardApp app;
+    app.AllowShortcutKeys(false);
+    EXPECT_NE(app.GetKeyboardHook(), nullptr);
+    EXPECT_EQ(HookEvent(WM_KEYDOWN, VK_LWIN), 1);
+    EXPECT_EQ(HookEvent(WM_KEYUP, VK_RWIN), 1);
+    EXPECT_EQ(HookEvent(WM_SYSKEYDOWN, VK_LWIN), 0) << "with Alt held the key passes";
+    EXPECT_EQ(HookEvent(WM_KEYDOWN, VK_TAB), 0);
+    EXPECT_EQ(HookEvent(WM_KEYDOWN, VK_ESCAPE), 0);
+
+    app.AllowShortcutKeys(true);
+    EXPECT_EQ(app.GetKeyboardHook(), nullptr);
+    EXPECT_EQ(HookEvent(WM_KEYDOWN, VK_LWIN), 0);
+}
+
+TEST(ZQKeyboard, DisallowingClearsTheHotKeysOfFeaturesThatAreOff) {
+    KeyboardApp app;
+    STICKYKEYS sticky = {sizeof sticky, SKF_HOTKEYACTIVE | SKF_CONFIRMHOTKEY};
+    TOGGLEKEYS toggle = {sizeof toggle, TKF_TOGGLEKEYSON | TKF_HOTKEYACTIVE | TKF_CONFIRMHOTKEY};
+    app.SetStartupStickyKeys(&sticky);
+    app.SetStartupToggleKeys(&toggle);
+    app.AllowShortcutKeys(false);
+    EXPECT_EQ(app.GetStartupStickyKeys()->dwFlags, 0u) << "the saved record itself loses the two bits";
+    EXPECT_EQ(app.GetStartupToggleKeys()->dwFlags, static_cast<DWORD>(TKF_TOGGLEKEYSON | TKF_HOTKEYACTIVE |
+                                                                       TKF_CONFIRMHOTKEY))
+        << "a feature that is on keeps its hot keys";
+    app.AllowShortcutKeys(true);
+}
+
+namespace {
+class DeviceTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        frametest::DrainMessages();
+        g_log.clear();
+        app = new KeyboardApp;
+        app->SetDeviceResetFunc([](IDirect3DDevice9*, const D3DSURFACE_DESC* backBuffer, void*) {
+            g_log.push_back("reset " + std::to_string(backBuffer->Width) + "x" + std::to_string(backBuffer->Height));
+            return S_OK;
+        });
+        app->SetDeviceLostFunc([](void*) { g_log.push_back("lost"); });
+        ASSERT_EQ(app->Start(), S_OK);
+    }
+    void TearDown() override {
+        delete app;
+        frametest::DrainMessages();
+    }
+    KeyboardApp* app = nullptr;
+};
+} // namespace
+
+TEST_F(DeviceTest, ResizingTheWindowResetsTheDevice) {
+    EXPECT_EQ(g_log, (std::vector<std::string>{"reset 320x240"}));
+    const D3DSURFACE_DESC before = app->GetBackBufferSurfaceDesc();
+    EXPECT_EQ(before.Width, 320u);
+    EXPECT_EQ(before.Height, 240u);
+    g_log.clear();
+
+    HWND hWnd = app->GethWnd();
+    RECT frame = {0, 0, 400, 300};
+    AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongW(hWnd, GWL_STYLE)), FALSE,
+                       static_cast<DWORD>(GetWindowLongW(hWnd, GWL_EXSTYLE)));
+    SetWindowPos(hWnd, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    EXPECT_EQ(g_log, (std::vector<std::string>{"lost", "reset 400x300"}));
+    EXPECT_EQ(app->GetBackBufferSurfaceDesc().Width, 400u);
+    EXPECT_EQ(app->GetDeviceSettings().pp.BackBufferHeight, 300u);
+}
+
+TEST_F(DeviceTest, ALostDeviceIsRecoveredOnTheNextFrame) {
+    app->SetDeviceLost(true);
+    app->SetOverrideQuitAfterFrame(1);
+    app->MainLoop(nullptr);
+    EXPECT_FALSE(app->GetDeviceLost());
+    EXPECT_EQ(app->GetCurrentFrameNumber(), 2);
+}
+
+TEST_F(DeviceTest, ActivationFollowsTheShortcutKeySettings) {
+    HWND hWnd = app->GethWnd();
+    SendMessageW(hWnd, WM_ACTIVATEAPP, FALSE, 0);
+    EXPECT_FALSE(app->IsActive());
+    EXPECT_EQ(app->GetKeyboardHook(), nullptr) << "shortcut keys are allowed while inactive";
+    SendMessageW(hWnd, WM_ACTIVATEAPP, TRUE, 0);
+    EXPECT_TRUE(app->IsActive());
+    EXPECT_EQ(app->GetKeyboardHook(), nullptr) << "windowed: allowed by default";
+
+    app->SetAllowShortcutKeysWhenWindowed(false);
+    SendMessageW(hWnd, WM_ACTIVATEAPP, FALSE, 0);
+    SendMessageW(hWnd, WM_ACTIVATEAPP, TRUE, 0);
+    EXPECT_NE(app->GetKeyboardHook(), nullptr) << "the Windows keys are blocked";
+    app->AllowShortcutKeys(true);
+}
+
+TEST_F(DeviceTest, StatisticsTexts) {
+    const std::wstring settings = app->GetFrameStats(false);
+    EXPECT_EQ(settings.rfind(L" Vsync On (320x240), ", 0), 0u) << std::string(settings.begin(), settings.end());
+    EXPECT_NE(std::wstring(app->GetDeviceStats()).find(L"HAL"), std::wstring::npos);
+    app->UpdateFrameStats();
+    Sleep(1100);
+    app->UpdateFrameStats();
+    EXPECT_GT(app->GetFPS(), 0.0f);
+    const std::wstring withFps = app->GetFrameStats(true);
+    EXPECT_NE(withFps.find(L" fps Vsync On"), std::wstring::npos);
+
+    app->SetNoStats(true);
+    app->SetFPS(0.0f);
+    Sleep(1100);
+    app->UpdateFrameStats();
+    EXPECT_EQ(app->GetFPS(), 0.0f) << "NoStats leaves the figures alone";
+}
