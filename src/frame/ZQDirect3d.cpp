@@ -147,6 +147,13 @@ HRESULT ZQDirect3d::Init(bool parseCommandLine, bool, bool, bool) {
     return S_OK;
 }
 
+HRESULT ZQDirect3d::EnsureInited() {
+    if (GetInited())
+        return S_OK;
+    // An Init that was called and failed is not tried again.
+    return GetInitCalled() ? E_FAIL : Init(true, true, true, true);
+}
+
 void ZQDirect3d::ParseCommandLine() {
     int count = 0;
     wchar_t** arguments = CommandLineToArgvW(GetCommandLineW(), &count);
@@ -225,13 +232,9 @@ HRESULT ZQDirect3d::CreateDevice(UINT adapter, bool windowed, int width, int hei
     SetModifyDeviceSettingsFuncUserContext(context);
     SetDeviceCreateCalled(true);
 
-    if (!GetInited()) {
-        if (GetInitCalled())
-            return E_FAIL;
-        const HRESULT hr = Init(true, true, true, true);
-        if (FAILED(hr))
-            return hr;
-    }
+    const HRESULT inited = EnsureInited();
+    if (FAILED(inited))
+        return inited;
     if (!GetWindowCreated()) {
         if (GetWindowCreateCalled())
             return E_FAIL;
@@ -386,13 +389,7 @@ HRESULT ZQDirect3d::Create3DEnvironment(const _ZQDeviceSettings_tag& settings) {
         ZQLock lock(&m_stateLock);
         device->GetDeviceCaps(&m_caps);
     }
-    IDirect3DSurface9* backBuffer = nullptr;
-    if (SUCCEEDED(device->GetBackBuffer(0, 0, D3DBACKBUFFER_TYPE_MONO, &backBuffer))) {
-        ZQLock lock(&m_stateLock);
-        backBuffer->GetDesc(&m_backBufferSurfaceDesc);
-        backBuffer->Release();
-    }
-    UpdateStaticFrameStats();
+    UpdateBackBufferDescription(device);
     GetDeviceStats();
 
     hr = RunCreatedCallbacks();
@@ -413,6 +410,11 @@ HRESULT ZQDirect3d::Reset3DEnvironment() {
     const HRESULT reset = device->Reset(&pp);
     if (FAILED(reset))
         return reset == D3DERR_DEVICELOST ? D3DERR_DEVICELOST : ZQ_E_RESETTING_DEVICE;
+    UpdateBackBufferDescription(device);
+    return RunResetCallbacks();
+}
+
+void ZQDirect3d::UpdateBackBufferDescription(IDirect3DDevice9* device) {
     IDirect3DSurface9* backBuffer = nullptr;
     if (SUCCEEDED(device->GetBackBuffer(0, 0, D3DBACKBUFFER_TYPE_MONO, &backBuffer))) {
         ZQLock lock(&m_stateLock);
@@ -420,49 +422,48 @@ HRESULT ZQDirect3d::Reset3DEnvironment() {
         backBuffer->Release();
     }
     UpdateStaticFrameStats();
-    return RunResetCallbacks();
 }
 
 bool ZQDirect3d::DeviceGone() {
     return GetD3DDevice() == nullptr;
 }
 
-HRESULT ZQDirect3d::RunCreatedCallbacks() {
+// The created and reset events: the registered function, then the current scene (whose result is
+// ignored), with InsideDeviceCallback set around both.
+HRESULT ZQDirect3d::RunDeviceCallbacks(ZQCallbackDeviceCreated function, void* context,
+                                       HRESULT (ZQScene::*sceneCallback)(IDirect3DDevice9*, const D3DSURFACE_DESC*,
+                                                                         void*),
+                                       HRESULT objectsFailure) {
     IDirect3DDevice9* device = GetD3DDevice();
     const D3DSURFACE_DESC backBuffer = GetBackBufferSurfaceDesc();
-    void* context = GetDeviceCreatedFuncUserContext();
     SetInsideDeviceCallback(true);
     HRESULT hr = S_OK;
-    if (ZQCallbackDeviceCreated created = GetDeviceCreatedFunc())
-        hr = created(device, &backBuffer, context);
+    if (function)
+        hr = function(device, &backBuffer, context);
     if (ZQScene* scene = GetCurrent())
-        scene->OnCreateDevice(device, &backBuffer, context);
+        (scene->*sceneCallback)(device, &backBuffer, context);
     SetInsideDeviceCallback(false);
     if (DeviceGone())
         return E_FAIL;
     if (FAILED(hr))
-        return hr == ZQ_E_MEDIA_NOT_FOUND ? hr : ZQ_E_CREATING_DEVICE_OBJECTS;
-    SetDeviceObjectsCreated(true);
+        return hr == ZQ_E_MEDIA_NOT_FOUND ? hr : objectsFailure;
     return S_OK;
 }
 
+HRESULT ZQDirect3d::RunCreatedCallbacks() {
+    const HRESULT hr = RunDeviceCallbacks(GetDeviceCreatedFunc(), GetDeviceCreatedFuncUserContext(),
+                                          &ZQScene::OnCreateDevice, ZQ_E_CREATING_DEVICE_OBJECTS);
+    if (SUCCEEDED(hr))
+        SetDeviceObjectsCreated(true);
+    return hr;
+}
+
 HRESULT ZQDirect3d::RunResetCallbacks() {
-    IDirect3DDevice9* device = GetD3DDevice();
-    const D3DSURFACE_DESC backBuffer = GetBackBufferSurfaceDesc();
-    void* context = GetDeviceResetFuncUserContext();
-    SetInsideDeviceCallback(true);
-    HRESULT hr = S_OK;
-    if (ZQCallbackDeviceReset reset = GetDeviceResetFunc())
-        hr = reset(device, &backBuffer, context);
-    if (ZQScene* scene = GetCurrent())
-        scene->OnResetDevice(device, &backBuffer, context);
-    SetInsideDeviceCallback(false);
-    if (DeviceGone())
-        return E_FAIL;
-    if (FAILED(hr))
-        return hr == ZQ_E_MEDIA_NOT_FOUND ? hr : ZQ_E_RESETTING_DEVICE_OBJECTS;
-    SetDeviceObjectsReset(true);
-    return S_OK;
+    const HRESULT hr = RunDeviceCallbacks(GetDeviceResetFunc(), GetDeviceResetFuncUserContext(),
+                                          &ZQScene::OnResetDevice, ZQ_E_RESETTING_DEVICE_OBJECTS);
+    if (SUCCEEDED(hr))
+        SetDeviceObjectsReset(true);
+    return hr;
 }
 
 void ZQDirect3d::RunLostCallbacks() {

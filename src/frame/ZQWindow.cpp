@@ -108,13 +108,9 @@ HRESULT ZQWindow::CreateWindow(const wchar_t* title, HINSTANCE instance, HICON i
     }
     SetWindowCreateCalled(true);
 
-    if (!GetInited()) {
-        if (GetInitCalled())
-            return E_FAIL;
-        const HRESULT hr = Init(true, true, true, true);
-        if (FAILED(hr))
-            return hr;
-    }
+    const HRESULT inited = EnsureInited();
+    if (FAILED(inited))
+        return inited;
     if (GethWndFocus())
         return S_OK;
 
@@ -184,13 +180,9 @@ HRESULT ZQWindow::SetWindow(HWND focus, HWND deviceFullScreen, HWND deviceWindow
         if (!SetWindowLongPtrW(focus, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(WndProc)) && GetLastError() != 0)
             return HRESULT_FROM_WIN32(GetLastError());
     }
-    if (!GetInited()) {
-        if (GetInitCalled())
-            return E_FAIL;
-        const HRESULT hr = Init(true, true, true, true);
-        if (FAILED(hr))
-            return hr;
-    }
+    const HRESULT inited = EnsureInited();
+    if (FAILED(inited))
+        return inited;
     {
         ZQLock lock(&m_windowLock);
         std::wmemset(m_title, 0, kTitleChars);

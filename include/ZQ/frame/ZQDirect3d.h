@@ -208,6 +208,8 @@ public:
 
 protected:
     void ParseCommandLine();
+    /// Runs Init(true, ...) unless it ran already; E_FAIL when an earlier Init failed.
+    HRESULT EnsureInited();
     /// Sets the exit code and shows the code's text (unless message boxes are off).
     void DisplayErrorMessage(HRESULT code);
     void HandleTimers();
@@ -220,11 +222,15 @@ protected:
 
 private:
     HRESULT Create3DEnvironment(const _ZQDeviceSettings_tag& settings);
+    HRESULT RunDeviceCallbacks(ZQCallbackDeviceCreated function, void* context,
+                               HRESULT (ZQScene::*sceneCallback)(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*),
+                               HRESULT objectsFailure);
     HRESULT RunCreatedCallbacks();
     HRESULT RunResetCallbacks();
     void RunLostCallbacks();
     void RunDestroyedCallbacks();
     bool DeviceGone();
+    void UpdateBackBufferDescription(IDirect3DDevice9* device);
     void AdjustWindowToBackBuffer(const _ZQDeviceSettings_tag& settings);
 
 #define ZQ_DECLARE_FIELD(type, name, initial) type m_##name = initial;
