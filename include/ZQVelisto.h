@@ -27,3 +27,7 @@
 #include "ZQ/frame/ZQSceneManager.h"
 #include "ZQ/frame/ZQVelisto.h"
 #include "ZQ/frame/ZQWindow.h"
+
+#include "ZQ/twod/ZQPackedFile.h"
+#include "ZQ/twod/ZQTexture.h"
+#include "ZQ/twod/ZQTextureChunk.h"

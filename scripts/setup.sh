@@ -7,6 +7,7 @@ packages=(
     cmake ninja-build googletest
     g++-mingw-w64-x86-64-posix
     wine wine64 xvfb
+    clang libclang-rt-14-dev libstb-dev
 )
 
 missing=()

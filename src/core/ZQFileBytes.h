@@ -1,0 +1,13 @@
+// Reading a whole file into memory, for the loaders of the library's file formats.
+#pragma once
+#include "ZQ/core/ZQPlatform.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace ZQ {
+
+/// Reads the whole file; false when it cannot be opened or read, or is larger than 1 GiB.
+bool ZQReadFileBytes(const wchar_t* path, std::vector<uint8_t>& bytes);
+
+} // namespace ZQ

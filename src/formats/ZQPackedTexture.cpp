@@ -1,0 +1,261 @@
+#include "ZQPackedTexture.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace ZQ {
+namespace formats {
+
+namespace {
+
+// Little-endian reads from a buffer the caller has sized.
+uint16_t U16(const uint8_t* p) {
+    return static_cast<uint16_t>(p[0] | p[1] << 8);
+}
+uint32_t U32(const uint8_t* p) {
+    return static_cast<uint32_t>(p[0]) | static_cast<uint32_t>(p[1]) << 8 | static_cast<uint32_t>(p[2]) << 16 |
+           static_cast<uint32_t>(p[3]) << 24;
+}
+int32_t I32(const uint8_t* p) {
+    return static_cast<int32_t>(U32(p));
+}
+float F32(const uint8_t* p) {
+    const uint32_t bits = U32(p);
+    float value;
+    std::memcpy(&value, &bits, sizeof value);
+    return value;
+}
+
+void PutU16(uint8_t* p, uint16_t v) {
+    p[0] = static_cast<uint8_t>(v);
+    p[1] = static_cast<uint8_t>(v >> 8);
+}
+void PutU32(uint8_t* p, uint32_t v) {
+    for (int i = 0; i < 4; ++i)
+        p[i] = static_cast<uint8_t>(v >> (8 * i));
+}
+void PutF32(uint8_t* p, float v) {
+    uint32_t bits;
+    std::memcpy(&bits, &v, sizeof bits);
+    PutU32(p, bits);
+}
+
+std::string NarrowName(const uint8_t* p, size_t bytes) {
+    const uint8_t* end = std::find(p, p + bytes, 0);
+    return std::string(reinterpret_cast<const char*>(p), static_cast<size_t>(end - p));
+}
+
+std::u16string WideName(const uint8_t* p, size_t bytes) {
+    std::u16string name;
+    for (size_t i = 0; i + 1 < bytes; i += 2) {
+        const char16_t unit = U16(p + i);
+        if (unit == 0)
+            break;
+        name.push_back(unit);
+    }
+    return name;
+}
+
+void PutNarrowName(uint8_t* p, size_t bytes, const std::string& name) {
+    std::memcpy(p, name.data(), std::min(name.size(), bytes - 1));
+}
+
+void PutWideName(uint8_t* p, size_t bytes, const std::u16string& name) {
+    const size_t units = std::min(name.size(), bytes / 2 - 1);
+    for (size_t i = 0; i < units; ++i)
+        PutU16(p + 2 * i, name[i]);
+}
+
+// The header as far as the file holds it; missing bytes read as zero.
+template <size_t Size> void CopyHeader(const uint8_t* data, size_t size, uint8_t (&header)[Size]) {
+    std::memset(header, 0, Size);
+    std::memcpy(header, data, std::min(size, Size));
+}
+
+// Records and image stop where the bytes stop: nothing is made from bytes the file lacks.
+size_t RecordsPresent(int64_t declared, size_t size, size_t offset, size_t recordSize) {
+    if (declared <= 0 || size <= offset)
+        return 0;
+    return static_cast<size_t>(std::min<int64_t>(declared, static_cast<int64_t>((size - offset) / recordSize)));
+}
+
+void SetImage(const uint8_t* data, size_t size, size_t offset, PackedFile& file) {
+    if (offset >= size)
+        return;
+    file.image = data + offset;
+    file.imageBytes = std::min<size_t>(file.imageSize, size - offset);
+}
+
+} // namespace
+
+ParseResult ParseOm(const uint8_t* data, size_t size, PackedFile& file) {
+    file = PackedFile();
+    uint8_t header[kOmHeaderSize];
+    CopyHeader(data, size, header);
+    if (std::memcmp(header, kOmMagic, sizeof kOmMagic) != 0)
+        return ParseResult::FormatError;
+    file.versionTwo = header[6] == 'v' && header[7] == '2';
+    file.imageSize = U32(header + 12);
+    file.width = U32(header + 16);
+    file.height = U32(header + 20);
+    file.declaredCount = I32(header + 24);
+
+    const size_t recordSize = file.versionTwo ? kOmRecordSizeV2 : kOmRecordSizeV1;
+    const size_t nameBytes = file.versionTwo ? kOmNameBytesV2 : kOmNameBytesV1;
+    const size_t count = RecordsPresent(file.declaredCount, size, kOmHeaderSize, recordSize);
+    file.records.resize(count);
+    for (size_t i = 0; i < count; ++i) {
+        const uint8_t* p = data + kOmHeaderSize + i * recordSize;
+        PackedRecord& record = file.records[i];
+        record.wideName = !file.versionTwo;
+        if (record.wideName)
+            record.wideNameText = WideName(p, nameBytes);
+        else
+            record.narrowName = NarrowName(p, nameBytes);
+        const uint8_t* fields = p + nameBytes;
+        for (int k = 0; k < 4; ++k) {
+            record.pixel[k] = I32(fields + 4 * k);
+            record.texcoord[k] = F32(fields + 16 + 4 * k);
+        }
+        record.origin[0] = I32(fields + 32);
+        record.origin[1] = I32(fields + 36);
+    }
+    // The image follows the declared records, wherever the file ends.
+    if (file.declaredCount > 0) {
+        const uint64_t offset = kOmHeaderSize + static_cast<uint64_t>(file.declaredCount) * recordSize;
+        if (offset < size)
+            SetImage(data, size, static_cast<size_t>(offset), file);
+    } else {
+        SetImage(data, size, kOmHeaderSize, file);
+    }
+    return ParseResult::Ok;
+}
+
+ParseResult ParseTe(const uint8_t* data, size_t size, PackedFile& file) {
+    file = PackedFile();
+    uint8_t header[kTeHeaderSize];
+    CopyHeader(data, size, header);
+    file.teTag = U16(header);
+    if (file.teTag != kTeTagNarrow && file.teTag != kTeTagWide)
+        return ParseResult::FormatError;
+    file.declaredCount = U16(header + 2);
+    file.width = I32(header + 4);
+    file.height = I32(header + 8);
+    file.imageSize = U32(header + 12);
+
+    const bool wide = file.teTag == kTeTagWide;
+    const size_t recordSize = wide ? kTeRecordSizeWide : kTeRecordSizeNarrow;
+    const size_t nameBytes = wide ? kTeNameBytesWide : kTeNameBytesNarrow;
+    const size_t count = RecordsPresent(file.declaredCount, size, kTeHeaderSize, recordSize);
+    file.records.resize(count);
+    const float atlasWidth = static_cast<float>(file.width);
+    const float atlasHeight = static_cast<float>(file.height);
+    for (size_t i = 0; i < count; ++i) {
+        const uint8_t* p = data + kTeHeaderSize + i * recordSize;
+        PackedRecord& record = file.records[i];
+        record.wideName = wide;
+        if (wide)
+            record.wideNameText = WideName(p + 16, nameBytes);
+        else
+            record.narrowName = NarrowName(p + 16, nameBytes);
+        const uint8_t* fields = p + 16 + nameBytes;
+        const int32_t x = I32(p), y = I32(p + 4);
+        const int32_t w = I32(fields + 16), h = I32(fields + 20);
+        // In 64 bits: x + w of a hostile file must not overflow.
+        const int64_t right = static_cast<int64_t>(x) + w, bottom = static_cast<int64_t>(y) + h;
+        record.pixel[0] = x;
+        record.pixel[1] = y;
+        record.pixel[2] = static_cast<int32_t>(std::clamp<int64_t>(right, INT32_MIN, INT32_MAX));
+        record.pixel[3] = static_cast<int32_t>(std::clamp<int64_t>(bottom, INT32_MIN, INT32_MAX));
+        record.texcoord[0] = static_cast<float>(x) / atlasWidth;
+        record.texcoord[1] = static_cast<float>(y) / atlasHeight;
+        record.texcoord[2] = static_cast<float>(right) / atlasWidth;
+        record.texcoord[3] = static_cast<float>(bottom) / atlasHeight;
+        record.origin[0] = I32(fields);
+        record.origin[1] = I32(fields + 4);
+        for (int k = 0; k < 4; ++k)
+            record.trim[k] = I32(fields + 24 + 4 * k);
+    }
+    const uint64_t offset = kTeHeaderSize + static_cast<uint64_t>(file.declaredCount) * recordSize;
+    if (offset < size)
+        SetImage(data, size, static_cast<size_t>(offset), file);
+    return ParseResult::Ok;
+}
+
+std::vector<uint8_t> WriteOm(const PackedFile& file, const std::vector<uint8_t>& image) {
+    const size_t recordSize = file.versionTwo ? kOmRecordSizeV2 : kOmRecordSizeV1;
+    const size_t nameBytes = file.versionTwo ? kOmNameBytesV2 : kOmNameBytesV1;
+    std::vector<uint8_t> bytes(kOmHeaderSize + file.records.size() * recordSize + image.size());
+    uint8_t* header = bytes.data();
+    std::memcpy(header, kOmMagic, sizeof kOmMagic);
+    header[6] = 'v';
+    header[7] = file.versionTwo ? '2' : '1';
+    PutU32(header + 12, static_cast<uint32_t>(image.size()));
+    PutU32(header + 16, static_cast<uint32_t>(file.width));
+    PutU32(header + 20, static_cast<uint32_t>(file.height));
+    PutU32(header + 24, static_cast<uint32_t>(file.records.size()));
+    for (size_t i = 0; i < file.records.size(); ++i) {
+        const PackedRecord& record = file.records[i];
+        uint8_t* p = bytes.data() + kOmHeaderSize + i * recordSize;
+        if (file.versionTwo)
+            PutNarrowName(p, nameBytes, record.narrowName);
+        else
+            PutWideName(p, nameBytes, record.wideNameText);
+        uint8_t* fields = p + nameBytes;
+        for (int k = 0; k < 4; ++k) {
+            PutU32(fields + 4 * k, static_cast<uint32_t>(record.pixel[k]));
+            PutF32(fields + 16 + 4 * k, record.texcoord[k]);
+        }
+        PutU32(fields + 32, static_cast<uint32_t>(record.origin[0]));
+        PutU32(fields + 36, static_cast<uint32_t>(record.origin[1]));
+    }
+    std::copy(image.begin(), image.end(), bytes.end() - static_cast<std::ptrdiff_t>(image.size()));
+    return bytes;
+}
+
+std::vector<uint8_t> WriteTe(const PackedFile& file, const std::vector<uint8_t>& image) {
+    const bool wide = file.teTag == kTeTagWide;
+    const size_t recordSize = wide ? kTeRecordSizeWide : kTeRecordSizeNarrow;
+    const size_t nameBytes = wide ? kTeNameBytesWide : kTeNameBytesNarrow;
+    std::vector<uint8_t> bytes(kTeHeaderSize + file.records.size() * recordSize + image.size());
+    uint8_t* header = bytes.data();
+    PutU16(header, file.teTag);
+    PutU16(header + 2, static_cast<uint16_t>(file.records.size()));
+    PutU32(header + 4, static_cast<uint32_t>(file.width));
+    PutU32(header + 8, static_cast<uint32_t>(file.height));
+    PutU32(header + 12, static_cast<uint32_t>(image.size()));
+    for (size_t i = 0; i < file.records.size(); ++i) {
+        const PackedRecord& record = file.records[i];
+        uint8_t* p = bytes.data() + kTeHeaderSize + i * recordSize;
+        PutU32(p, static_cast<uint32_t>(record.pixel[0]));
+        PutU32(p + 4, static_cast<uint32_t>(record.pixel[1]));
+        if (wide)
+            PutWideName(p + 16, nameBytes, record.wideNameText);
+        else
+            PutNarrowName(p + 16, nameBytes, record.narrowName);
+        uint8_t* fields = p + 16 + nameBytes;
+        PutU32(fields, static_cast<uint32_t>(record.origin[0]));
+        PutU32(fields + 4, static_cast<uint32_t>(record.origin[1]));
+        PutU32(fields + 16, static_cast<uint32_t>(record.pixel[2] - record.pixel[0]));
+        PutU32(fields + 20, static_cast<uint32_t>(record.pixel[3] - record.pixel[1]));
+        for (int k = 0; k < 4; ++k)
+            PutU32(fields + 24 + 4 * k, static_cast<uint32_t>(record.trim[k]));
+    }
+    std::copy(image.begin(), image.end(), bytes.end() - static_cast<std::ptrdiff_t>(image.size()));
+    return bytes;
+}
+
+long PackedLog2(unsigned long value) {
+    for (long k = 0; k <= 11; ++k)
+        if ((1ul << (k + 1)) > value)
+            return k + 1;
+    switch (value) {
+    case 4096: return 12;
+    case 8192: return 13;
+    case 16384: return 14;
+    default: return -1;
+    }
+}
+
+} // namespace formats
+} // namespace ZQ

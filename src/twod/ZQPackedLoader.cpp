@@ -1,0 +1,180 @@
+#include "src/twod/ZQPackedLoader.h"
+#include "src/core/ZQFileBytes.h"
+#include "src/formats/ZQPackedTexture.h"
+#include "ZQ/frame/ZQMediaSearch.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace ZQ {
+
+namespace {
+
+// The loaders fail quietly; the message goes only to an attached debugger.
+void Report(const wchar_t* format, const wchar_t* file) {
+    wchar_t message[256];
+    _snwprintf(message, 256, format, file);
+    message[255] = 0;
+    OutputDebugStringW(message);
+}
+
+// Names are taken as text, never as format directives: a name in a file is not to be trusted.
+ZQString ChunkName(const formats::PackedRecord& record) {
+    if (record.wideName) {
+        const std::wstring wide(record.wideNameText.begin(), record.wideNameText.end());
+        return ZQString(L"%ls", wide.c_str());
+    }
+    return ZQString("%s", record.narrowName.c_str());
+}
+
+_ZQTextureChunk_tag* MakeChunk(const formats::PackedRecord& record, bool atlas) {
+    _ZQTextureChunk_tag* chunk = new _ZQTextureChunk_tag;
+    chunk->pixel = ZQRect(record.pixel[0], record.pixel[1], record.pixel[2], record.pixel[3]);
+    chunk->texcoord = ZQRect(record.texcoord[0], record.texcoord[1], record.texcoord[2], record.texcoord[3]);
+    if (atlas) {
+        // An atlas chunk's coordinate RECT is its pixel RECT, deliberately.
+        chunk->texcoord.rect = chunk->pixel.rect;
+        chunk->trim = ZQRect(record.trim[0], record.trim[1], record.trim[2], record.trim[3]);
+    }
+    chunk->originX = static_cast<float>(record.origin[0]);
+    chunk->originY = static_cast<float>(record.origin[1]);
+    return chunk;
+}
+
+// min(log2(w) - 1, log2(h) - 1) mip levels; a side past 4096 that is no power of two gives one level.
+UINT MipLevels(unsigned long width, unsigned long height) {
+    const long levels = std::min(formats::PackedLog2(width), formats::PackedLog2(height)) - 1;
+    return levels > 0 ? static_cast<UINT>(levels) : 1;
+}
+
+void GiveSharedTexture(IDirect3DDevice9* device, IDirect3DTexture9* loaded, const D3DXIMAGE_INFO& info,
+                       const std::vector<_ZQTextureChunk_tag*>& table) {
+    // A file without records has no chunk to own the texture.
+    if (table.empty())
+        return;
+    D3DSURFACE_DESC desc;
+    if (FAILED(loaded->GetLevelDesc(0, &desc)))
+        return;
+    const RECT whole = {0, 0, static_cast<LONG>(info.Width), static_cast<LONG>(info.Height)};
+    table[0]->texture = ZQCopyToNewTexture(device, loaded, nullptr, whole, desc.Width, desc.Height,
+                                           MipLevels(desc.Width, desc.Height), desc.Format);
+    for (size_t i = 1; i < table.size(); ++i)
+        table[i]->sharedTexture = table[0]->texture;
+}
+
+void GiveOwnTextures(IDirect3DDevice9* device, IDirect3DTexture9* loaded,
+                     const std::vector<_ZQTextureChunk_tag*>& table) {
+    D3DSURFACE_DESC loadedDesc;
+    if (FAILED(loaded->GetLevelDesc(0, &loadedDesc)))
+        return;
+    for (_ZQTextureChunk_tag* chunk : table) {
+        const float widthF = chunk->pixel.right - chunk->pixel.left;
+        const float heightF = chunk->pixel.bottom - chunk->pixel.top;
+        if (!(widthF >= 1.0f && heightF >= 1.0f && widthF <= 16384.0f && heightF <= 16384.0f))
+            continue;
+        const int width = static_cast<int>(widthF), height = static_cast<int>(heightF);
+        // The smallest power of two strictly greater than the larger side (128 gets 256).
+        const long exponent = formats::PackedLog2(static_cast<unsigned long>(std::max(width, height)));
+        if (exponent < 0)
+            continue;
+        const UINT side = 1u << exponent;
+        const RECT source = *static_cast<RECT*>(chunk->pixel);
+        const RECT destination = {0, 0, width, height};
+        chunk->texture = ZQCopyToNewTexture(device, loaded, &source, destination, side, side,
+                                            MipLevels(static_cast<unsigned long>(width),
+                                                      static_cast<unsigned long>(height)),
+                                            loadedDesc.Format);
+        D3DSURFACE_DESC desc;
+        if (chunk->texture && SUCCEEDED(chunk->texture->GetLevelDesc(0, &desc)))
+            chunk->texcoord = ZQRect(0.0f, 0.0f, static_cast<float>(width) / static_cast<float>(desc.Width),
+                                     static_cast<float>(height) / static_cast<float>(desc.Height));
+    }
+}
+
+void LoadPacked(IDirect3DDevice9* device, ZQMapper* chunks, const wchar_t* file, ZQPackedFormat format, bool split) {
+    if (!file || !chunks)
+        return;
+    wchar_t path[MAX_PATH];
+    ZQFindDXSDKMediaFileCch(path, MAX_PATH, file);
+    std::vector<uint8_t> bytes;
+    if (!ZQReadFileBytes(path, bytes))
+        return;
+    formats::PackedFile packed;
+    const formats::ParseResult parsed = format == ZQPackedFormat::Om
+                                            ? formats::ParseOm(bytes.data(), bytes.size(), packed)
+                                            : formats::ParseTe(bytes.data(), bytes.size(), packed);
+    if (parsed != formats::ParseResult::Ok) {
+        Report(L"%ls File Error", file);
+        return;
+    }
+
+    // Each chunk is registered at once, so that a later failure leaves the earlier ones in place.
+    std::vector<_ZQTextureChunk_tag*> table;
+    table.reserve(packed.records.size());
+    for (const formats::PackedRecord& record : packed.records) {
+        _ZQTextureChunk_tag* chunk = MakeChunk(record, format == ZQPackedFormat::Te);
+        ZQString name = ChunkName(record);
+        chunks->insert(name, chunk);
+        table.push_back(chunk);
+    }
+
+    D3DXIMAGE_INFO info = {};
+    IDirect3DTexture9* loaded = nullptr;
+    const UINT imageBytes = static_cast<UINT>(packed.imageBytes);
+    HRESULT hr = device && imageBytes ? D3DXGetImageInfoFromFileInMemory(packed.image, imageBytes, &info) : E_FAIL;
+    if (SUCCEEDED(hr))
+        hr = D3DXCreateTextureFromFileInMemoryEx(device, packed.image, imageBytes, static_cast<UINT>(packed.width),
+                                                 static_cast<UINT>(packed.height), D3DX_DEFAULT, 0, D3DFMT_UNKNOWN,
+                                                 D3DPOOL_MANAGED, D3DX_DEFAULT, D3DX_DEFAULT, 0, &info, nullptr,
+                                                 &loaded);
+    if (FAILED(hr) || !loaded) {
+        Report(L"%ls D3DXCreateTextureFromFileInMemoryEx Error", file);
+        return;
+    }
+    if (split)
+        GiveOwnTextures(device, loaded, table);
+    else
+        GiveSharedTexture(device, loaded, info, table);
+    loaded->Release();
+}
+
+} // namespace
+
+void ZQLoadPackedFile(IDirect3DDevice9* device, ZQMapper* chunks, const wchar_t* file, ZQPackedFormat format,
+                      bool split) {
+    try {
+        LoadPacked(device, chunks, file, format, split);
+    } catch (...) {
+        // Out of memory while reading: the file is dropped like any other bad file.
+    }
+}
+
+IDirect3DTexture9* ZQCopyToNewTexture(IDirect3DDevice9* device, IDirect3DTexture9* source, const RECT* sourceRect,
+                                      const RECT& destinationRect, UINT width, UINT height, UINT levels,
+                                      D3DFORMAT format) {
+    IDirect3DTexture9* texture = nullptr;
+    if (!device || FAILED(device->CreateTexture(width, height, levels, 0, format, D3DPOOL_MANAGED, &texture, nullptr)))
+        return nullptr;
+    IDirect3DSurface9* to = nullptr;
+    IDirect3DSurface9* from = nullptr;
+    if (SUCCEEDED(texture->GetSurfaceLevel(0, &to)) && SUCCEEDED(source->GetSurfaceLevel(0, &from)))
+        D3DXLoadSurfaceFromSurface(to, nullptr, &destinationRect, from, nullptr, sourceRect, D3DX_DEFAULT, 0);
+    if (from)
+        from->Release();
+    if (to)
+        to->Release();
+    // A copy that fails (a rectangle outside the image) leaves the new texture blank, as it is.
+    return texture;
+}
+
+void ZQReleaseChunk(_ZQTextureChunk_tag* chunk) {
+    if (!chunk)
+        return;
+    if (chunk->texture)
+        chunk->texture->Release();
+    delete chunk;
+}
+
+} // namespace ZQ

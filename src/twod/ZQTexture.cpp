@@ -1,0 +1,106 @@
+#include "ZQ/twod/ZQTexture.h"
+#include "ZQ/core/ZQLock.h"
+#include "ZQ/frame/ZQMediaSearch.h"
+#include "src/formats/ZQPackedTexture.h"
+#include "src/twod/ZQPackedLoader.h"
+
+#include <algorithm>
+#include <cstring>
+#include <cwchar>
+
+namespace ZQ {
+
+ZQTexture::ZQTexture(IDirect3DDevice9* device)
+    : ZQOmFile(device, &m_chunks), ZQTeFile(device, &m_chunks), m_device(device) {
+    InitializeCriticalSection(&m_lock);
+}
+
+ZQTexture::ZQTexture(const ZQTexture& other)
+    : ZQOmFile(other), ZQTeFile(other), m_device(other.m_device), m_chunks(other.m_chunks) {
+    std::memcpy(&m_lock, &other.m_lock, sizeof m_lock);
+}
+
+ZQTexture::~ZQTexture() {
+    {
+        ZQLock lock(&m_lock);
+        for (ZQMapper::iterator it = m_chunks.begin(); it != m_chunks.end(); ++it)
+            ZQReleaseChunk(static_cast<_ZQTextureChunk_tag*>(it->value));
+        m_chunks.clear();
+        m_device = nullptr;
+    }
+    DeleteCriticalSection(&m_lock);
+}
+
+void ZQTexture::Setd3dDevice(IDirect3DDevice9* device) {
+    ZQLock lock(&m_lock);
+    m_device = device;
+}
+
+IDirect3DDevice9* ZQTexture::Getd3dDevice() {
+    ZQLock lock(&m_lock);
+    return m_device;
+}
+
+void ZQTexture::Entry(const wchar_t* file) {
+    Entry(file, false);
+}
+
+void ZQTexture::Entry(const wchar_t* file, bool split) {
+    ZQLock lock(&m_lock);
+    if (!file)
+        return;
+    ZQString upper;
+    upper = file;
+    upper.upper();
+    const wchar_t* text = upper;
+    // A substring test, ".OM" first: "pics.om.bak" is an ".OM" file.
+    if (std::wcsstr(text, L".OM"))
+        ZQLoadPackedFile(m_device, &m_chunks, file, ZQPackedFormat::Om, split);
+    else if (std::wcsstr(text, L".TE"))
+        ZQLoadPackedFile(m_device, &m_chunks, file, ZQPackedFormat::Te, split);
+}
+
+void ZQTexture::Entry(const wchar_t* name, const wchar_t* file, bool center) {
+    ZQLock lock(&m_lock);
+    if (!name || !file || !m_device)
+        return;
+    wchar_t path[MAX_PATH];
+    ZQFindDXSDKMediaFileCch(path, MAX_PATH, file);
+    D3DXIMAGE_INFO info = {};
+    IDirect3DTexture9* loaded = nullptr;
+    if (FAILED(D3DXCreateTextureFromFileExW(m_device, path, D3DX_DEFAULT, D3DX_DEFAULT, D3DX_DEFAULT, 0,
+                                            D3DFMT_UNKNOWN, D3DPOOL_MANAGED, D3DX_DEFAULT, D3DX_DEFAULT, 0, &info,
+                                            nullptr, &loaded)))
+        return;
+    D3DSURFACE_DESC desc;
+    if (FAILED(loaded->GetLevelDesc(0, &desc))) {
+        loaded->Release();
+        return;
+    }
+    const long levels = std::min(formats::PackedLog2(desc.Width), formats::PackedLog2(desc.Height)) - 1;
+    const RECT whole = {0, 0, static_cast<LONG>(info.Width), static_cast<LONG>(info.Height)};
+    _ZQTextureChunk_tag* chunk = new _ZQTextureChunk_tag;
+    chunk->texture = ZQCopyToNewTexture(m_device, loaded, nullptr, whole, desc.Width, desc.Height,
+                                        levels > 0 ? static_cast<UINT>(levels) : 1, desc.Format);
+    loaded->Release();
+    const int width = static_cast<int>(info.Width), height = static_cast<int>(info.Height);
+    chunk->pixel = ZQRect(0, 0, width, height);
+    // The coordinate RECT is the truncated ratio: 0, or 1 for an image that fills its texture.
+    chunk->texcoord = ZQRect(0.0f, 0.0f, static_cast<float>(width) / static_cast<float>(desc.Width),
+                             static_cast<float>(height) / static_cast<float>(desc.Height));
+    if (center) {
+        chunk->originX = static_cast<float>(width >> 1);
+        chunk->originY = static_cast<float>(height >> 1);
+    }
+    ZQString key(name);
+    m_chunks.insert(key, chunk);
+}
+
+_ZQTextureChunk_tag* ZQTexture::Trans(const wchar_t* name) {
+    ZQLock lock(&m_lock);
+    if (!name)
+        return nullptr;
+    return static_cast<_ZQTextureChunk_tag*>(m_chunks.find(name));
+}
+
+} // namespace ZQ

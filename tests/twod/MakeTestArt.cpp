@@ -1,0 +1,48 @@
+// Writes the images the texture tests pack and load; each image's pixels tell where they came from.
+//   make_test_art DIR
+#include "ZQImage.h"
+
+#include <cstdio>
+#include <string>
+
+namespace {
+
+// A colour that encodes (image, x, y), so a test can check any pixel it reads back.
+void Fill(zqtools::Image& image, int width, int height, uint8_t tag, bool transparentBorder) {
+    image.width = width;
+    image.height = height;
+    image.rgba.assign(static_cast<size_t>(width) * height * 4, 0);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            uint8_t* p = image.Pixel(x, y);
+            p[0] = static_cast<uint8_t>(x * 255 / (width > 1 ? width - 1 : 1));
+            p[1] = static_cast<uint8_t>(y * 255 / (height > 1 ? height - 1 : 1));
+            p[2] = tag;
+            const bool border = transparentBorder && (x < 2 || y < 3 || x >= width - 4 || y >= height - 1);
+            p[3] = border ? 0 : 255;
+        }
+}
+
+bool Save(const std::string& dir, const char* name, int width, int height, uint8_t tag, bool border = false) {
+    zqtools::Image image;
+    Fill(image, width, height, tag, border);
+    return zqtools::WriteFile(dir + "/" + name, zqtools::EncodePng(image));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fputs("usage: make_test_art DIR\n", stderr);
+        return 2;
+    }
+    const std::string dir = argv[1];
+    bool ok = Save(dir, "wide.png", 300, 200, 10) && Save(dir, "odd.png", 301, 33, 20) &&
+              Save(dir, "chunk_a.png", 100, 40, 30) && Save(dir, "chunk_b.png", 32, 16, 40, true) &&
+              Save(dir, "chunk_c.png", 64, 64, 50);
+    std::FILE* broken = std::fopen((dir + "/broken.png").c_str(), "wb");
+    ok = ok && broken && std::fputs("this is not an image", broken) >= 0;
+    if (broken)
+        std::fclose(broken);
+    return ok ? 0 : 1;
+}

@@ -1,0 +1,25 @@
+# Makes the texture tests' files with the native tools: images, then ".TE" and ".OM" files from them,
+# and a seed corpus for the fuzzer.
+file(REMOVE_RECURSE ${DATA})
+file(MAKE_DIRECTORY ${DATA} ${DATA}/corpus)
+
+function(run)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result)
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "failed (${result}): ${ARGN}")
+    endif()
+endfunction()
+
+run(${NATIVE_BIN}/make_test_art ${DATA})
+set(pack ${NATIVE_BIN}/zqpack)
+# chunk_c (64 x 64) goes first and chunk_b (32 x 16) beside it at x 64: no padding, a fixed size.
+run(${pack} te --quiet --padding 0 --size 256x128 -o ${DATA}/atlas.te ${DATA}/chunk_c.png ${DATA}/chunk_b.png)
+run(${pack} te --quiet --wide --center -o ${DATA}/wide.te ${DATA}/chunk_a.png ${DATA}/chunk_c.png)
+run(${pack} om --quiet -o ${DATA}/pics.om ${DATA}/chunk_a.png ${DATA}/chunk_b.png ${DATA}/chunk_c.png)
+run(${pack} om --quiet --v1 --center -o ${DATA}/first.om ${DATA}/chunk_c.png ${DATA}/chunk_a.png)
+file(WRITE ${DATA}/manifest.txt "chunk_a.png Banner 10 5\nchunk_c.png Coin\n")
+run(${pack} om --quiet -o ${DATA}/named.om ${DATA}/manifest.txt)
+# Names that fool an extension test: an ".OM" file whose name also holds ".TE", and the other way round.
+file(COPY_FILE ${DATA}/pics.om ${DATA}/pics.te.om)
+file(COPY_FILE ${DATA}/atlas.te ${DATA}/atlas.om.te)
+file(COPY ${DATA}/atlas.te ${DATA}/wide.te ${DATA}/pics.om ${DATA}/first.om DESTINATION ${DATA}/corpus)

@@ -1,0 +1,25 @@
+// The texture tests' device, data folder and pixel reading.
+#pragma once
+#include <ZQVelisto.h>
+
+#include <string>
+
+namespace twodtest {
+
+/// The device of the test program's one application object.
+IDirect3DDevice9* Device();
+/// A file of the test data folder, as a Windows path.
+std::wstring Data(const std::wstring& name);
+/// Copies a data file under another name, with the bytes from `cut` on removed (none when cut < 0)
+/// and the byte at `patchAt` (when >= 0) set to `patchValue`.
+std::wstring CopyData(const std::wstring& from, const std::wstring& to, long cut = -1, long patchAt = -1,
+                      unsigned char patchValue = 0);
+/// The ARGB pixel at (x, y) of a texture's level 0.
+D3DCOLOR ReadPixel(IDirect3DTexture9* texture, int x, int y);
+/// Levels, width and height of a texture.
+UINT Levels(IDirect3DTexture9* texture);
+D3DSURFACE_DESC LevelDesc(IDirect3DTexture9* texture);
+/// The colour MakeTestArt gave pixel (x, y) of an image of width x height with the tag.
+D3DCOLOR ArtPixel(int x, int y, int width, int height, int tag);
+
+} // namespace twodtest

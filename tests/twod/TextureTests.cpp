@@ -1,0 +1,244 @@
+#include "TextureTestSupport.h"
+
+#include <gtest/gtest.h>
+
+using twodtest::ArtPixel;
+using twodtest::CopyData;
+using twodtest::Data;
+using twodtest::Device;
+using twodtest::LevelDesc;
+using twodtest::Levels;
+using twodtest::ReadPixel;
+using ZQ::ZQTexture;
+using Chunk = ZQ::_ZQTextureChunk_tag;
+
+namespace {
+
+void ExpectRect(const ZQ::ZQRect& r, float l, float t, float rr, float b) {
+    EXPECT_FLOAT_EQ(r.left, l);
+    EXPECT_FLOAT_EQ(r.top, t);
+    EXPECT_FLOAT_EQ(r.right, rr);
+    EXPECT_FLOAT_EQ(r.bottom, b);
+}
+
+void ExpectInts(const RECT& r, LONG l, LONG t, LONG rr, LONG b) {
+    EXPECT_EQ(r.left, l);
+    EXPECT_EQ(r.top, t);
+    EXPECT_EQ(r.right, rr);
+    EXPECT_EQ(r.bottom, b);
+}
+
+bool Near(D3DCOLOR a, D3DCOLOR b) {
+    for (int shift = 0; shift < 32; shift += 8) {
+        const int difference = static_cast<int>(a >> shift & 0xFF) - static_cast<int>(b >> shift & 0xFF);
+        if (difference < -2 || difference > 2)
+            return false;
+    }
+    return true;
+}
+
+// Sizes of the packed files' parts, as the tools write them.
+const long kOmHeader = 28, kOmRecordV2 = 72;
+
+class Log2Probe : public ZQ::ZQOmFile {
+public:
+    Log2Probe() : ZQOmFile(nullptr, nullptr) {}
+    using ZQOmFile::log2;
+};
+
+} // namespace
+
+TEST(ZQTexture, ASingleImageIsEnlargedToPowersOfTwo) {
+    ZQTexture texture(Device());
+    texture.Entry(L"wide", Data(L"wide.png").c_str(), false);
+    Chunk* chunk = texture.Trans(L"WIDE");
+    ASSERT_NE(chunk, nullptr);
+    ExpectRect(chunk->pixel, 0, 0, 300, 200);
+    ExpectInts(chunk->pixel.rect, 0, 0, 300, 200);
+    ExpectRect(chunk->texcoord, 0, 0, 0.5859375f, 0.78125f);
+    ExpectInts(chunk->texcoord.rect, 0, 0, 0, 0);
+    EXPECT_TRUE(chunk->trim.isZero());
+    EXPECT_EQ(chunk->originX, 0.0f);
+    EXPECT_EQ(LevelDesc(chunk->texture).Width, 512u);
+    EXPECT_EQ(LevelDesc(chunk->texture).Height, 256u);
+    EXPECT_EQ(Levels(chunk->texture), 8u);
+    EXPECT_EQ(chunk->sharedTexture, nullptr);
+    // D3DX stretches the image over 512 x 256 and the copy shrinks it back: allow for the filtering.
+    for (const POINT& p : {POINT{0, 0}, POINT{299, 199}, POINT{123, 45}})
+        EXPECT_TRUE(Near(ReadPixel(chunk->texture, p.x, p.y), ArtPixel(p.x, p.y, 300, 200, 10))) << p.x << "," << p.y;
+
+    texture.Entry(L"odd", Data(L"odd.png").c_str(), true);
+    Chunk* odd = texture.Trans(L"odd");
+    ASSERT_NE(odd, nullptr);
+    EXPECT_EQ(odd->originX, 150.0f) << "301 halved as an integer";
+    EXPECT_EQ(odd->originY, 16.0f);
+}
+
+TEST(ZQTexture, NothingComesOfBadNamesAndFiles) {
+    ZQTexture texture(Device());
+    texture.Entry(L"broken", Data(L"broken.png").c_str(), false);
+    texture.Entry(L"missing", Data(L"missing.png").c_str(), false);
+    texture.Entry(Data(L"wide.png").c_str());
+    texture.Entry(nullptr);
+    EXPECT_EQ(texture.Trans(L"broken"), nullptr);
+    EXPECT_EQ(texture.Trans(L"missing"), nullptr);
+    EXPECT_EQ(texture.Trans(L"wide"), nullptr);
+    EXPECT_EQ(texture.Trans(nullptr), nullptr);
+
+    ZQTexture noDevice(nullptr);
+    noDevice.Entry(L"wide", Data(L"wide.png").c_str(), false);
+    noDevice.Entry(Data(L"atlas.te").c_str());
+    EXPECT_EQ(noDevice.Trans(L"wide"), nullptr);
+    ASSERT_NE(noDevice.Trans(L"chunk_b"), nullptr) << "records register even when the image cannot be made";
+    EXPECT_EQ(noDevice.Trans(L"chunk_b")->sharedTexture, nullptr);
+}
+
+TEST(ZQTexture, AtlasRecordsShareTheFirstRecordsTexture) {
+    ZQTexture texture(Device());
+    texture.Entry(Data(L"atlas.te").c_str());
+    Chunk* first = texture.Trans(L"Chunk_C");
+    Chunk* second = texture.Trans(L"chunk_b");
+    ASSERT_NE(first, nullptr);
+    ASSERT_NE(second, nullptr);
+
+    ExpectRect(second->pixel, 64, 0, 96, 16);
+    ExpectRect(second->texcoord, 0.25f, 0.0f, 0.375f, 0.125f);
+    ExpectInts(second->texcoord.rect, 64, 0, 96, 16);
+    ExpectRect(second->trim, 2, 3, 28, 15);
+    ExpectInts(second->trim.rect, 2, 3, 28, 15);
+    ExpectRect(first->trim, 0, 0, 64, 64);
+
+    ASSERT_NE(first->texture, nullptr);
+    EXPECT_EQ(first->sharedTexture, nullptr);
+    EXPECT_EQ(second->texture, nullptr);
+    EXPECT_EQ(second->sharedTexture, first->texture);
+    EXPECT_EQ(LevelDesc(first->texture).Width, 256u);
+    EXPECT_EQ(ReadPixel(first->texture, 10, 20), ArtPixel(10, 20, 64, 64, 50));
+    EXPECT_EQ(ReadPixel(second->sharedTexture, 64 + 5, 7), ArtPixel(5, 7, 32, 16, 40));
+
+    ZQTexture wide(Device());
+    wide.Entry(Data(L"wide.te").c_str());
+    Chunk* banner = wide.Trans(L"chunk_a");
+    ASSERT_NE(banner, nullptr) << "UTF-16 names";
+    EXPECT_EQ(banner->originX, 50.0f);
+    EXPECT_EQ(banner->originY, 20.0f);
+}
+
+TEST(ZQTexture, BothOmLayouts) {
+    ZQTexture texture(Device());
+    texture.Entry(Data(L"pics.om").c_str());
+    Chunk* a = texture.Trans(L"CHUNK_A");
+    Chunk* b = texture.Trans(L"chunk_b");
+    Chunk* c = texture.Trans(L"chunk_c");
+    ASSERT_TRUE(a && b && c);
+    EXPECT_NE(a->texture, nullptr);
+    EXPECT_EQ(b->sharedTexture, a->texture);
+    EXPECT_EQ(c->sharedTexture, a->texture);
+    EXPECT_TRUE(b->trim.isZero());
+    const float width = static_cast<float>(LevelDesc(a->texture).Width);
+    EXPECT_FLOAT_EQ(c->texcoord.left, c->pixel.left / width);
+    EXPECT_LE(c->texcoord.rect.right, 1) << "the coordinate RECT is the truncated floats";
+    const int x = static_cast<int>(b->pixel.left), y = static_cast<int>(b->pixel.top);
+    EXPECT_EQ(ReadPixel(a->texture, x + 20, y + 10), ArtPixel(20, 10, 32, 16, 40));
+
+    ZQTexture first(Device());
+    first.Entry(Data(L"first.om").c_str());
+    ASSERT_NE(first.Trans(L"chunk_a"), nullptr) << "UTF-16 names of the first layout";
+    EXPECT_EQ(first.Trans(L"chunk_a")->originX, 50.0f);
+    EXPECT_EQ(first.Trans(L"chunk_c")->originY, 32.0f);
+    EXPECT_NE(first.Trans(L"chunk_c")->texture, nullptr);
+
+    ZQTexture named(Device());
+    named.Entry(Data(L"named.om").c_str());
+    ASSERT_NE(named.Trans(L"banner"), nullptr);
+    EXPECT_EQ(named.Trans(L"banner")->originX, 10.0f);
+    EXPECT_EQ(named.Trans(L"banner")->originY, 5.0f);
+    EXPECT_NE(named.Trans(L"COIN"), nullptr);
+}
+
+TEST(ZQTexture, SplitLoadingGivesEveryChunkItsOwnTexture) {
+    ZQTexture texture(Device());
+    texture.Entry(Data(L"pics.om").c_str(), true);
+    Chunk* a = texture.Trans(L"chunk_a");
+    Chunk* c = texture.Trans(L"chunk_c");
+    ASSERT_TRUE(a && c);
+    EXPECT_EQ(LevelDesc(a->texture).Width, 128u);
+    EXPECT_EQ(LevelDesc(a->texture).Height, 128u);
+    EXPECT_EQ(Levels(a->texture), 5u);
+    ExpectRect(a->texcoord, 0, 0, 0.78125f, 0.3125f);
+    ExpectInts(a->texcoord.rect, 0, 0, 0, 0);
+    EXPECT_EQ(a->sharedTexture, nullptr);
+    EXPECT_EQ(c->sharedTexture, nullptr);
+    EXPECT_EQ(LevelDesc(c->texture).Width, 128u) << "64 pixels get 128: strictly greater";
+    EXPECT_EQ(ReadPixel(a->texture, 0, 0), ArtPixel(0, 0, 100, 40, 30));
+    EXPECT_EQ(ReadPixel(a->texture, 99, 39), ArtPixel(99, 39, 100, 40, 30));
+}
+
+TEST(ZQTexture, TheExtensionIsASubstringAndOmComesFirst) {
+    ZQTexture texture(Device());
+    texture.Entry(Data(L"pics.te.om").c_str());
+    EXPECT_NE(texture.Trans(L"chunk_a"), nullptr);
+
+    CopyData(L"pics.om", L"pics.om.bak");
+    ZQTexture backup(Device());
+    backup.Entry(Data(L"pics.om.bak").c_str());
+    EXPECT_NE(backup.Trans(L"chunk_b"), nullptr);
+
+    ZQTexture atlas(Device());
+    atlas.Entry(Data(L"atlas.om.te").c_str());
+    EXPECT_EQ(atlas.Trans(L"chunk_b"), nullptr) << "an atlas read as \".OM\" fails its magic";
+}
+
+TEST(ZQTexture, BadHeadersRegisterNothing) {
+    ZQTexture texture(Device());
+    texture.Entry(CopyData(L"pics.om", L"badmagic.om", -1, 0, 'X').c_str());
+    texture.Entry(CopyData(L"atlas.te", L"badtag.te", -1, 1, 0x77).c_str());
+    texture.Entry(CopyData(L"pics.om", L"stub.om", 3).c_str());
+    texture.Entry(CopyData(L"atlas.te", L"empty.te", 0).c_str());
+    EXPECT_EQ(texture.Trans(L"chunk_a"), nullptr);
+    EXPECT_EQ(texture.Trans(L"chunk_b"), nullptr);
+    EXPECT_EQ(texture.Trans(L"chunk_c"), nullptr);
+}
+
+TEST(ZQTexture, CutAndCorruptFilesKeepWhatTheyHold) {
+    ZQTexture cut(Device());
+    cut.Entry(CopyData(L"pics.om", L"cut.om", kOmHeader + kOmRecordV2 + 10).c_str());
+    ASSERT_NE(cut.Trans(L"chunk_a"), nullptr) << "the one whole record";
+    EXPECT_EQ(cut.Trans(L"chunk_a")->texture, nullptr);
+    EXPECT_EQ(cut.Trans(L"chunk_b"), nullptr) << "no record from bytes the file lacks";
+
+    const long imageStart = kOmHeader + 3 * kOmRecordV2;
+    ZQTexture undecodable(Device());
+    undecodable.Entry(CopyData(L"pics.om", L"undecodable.om", -1, imageStart + 1, 'X').c_str());
+    ASSERT_NE(undecodable.Trans(L"chunk_c"), nullptr);
+    EXPECT_EQ(undecodable.Trans(L"chunk_a")->texture, nullptr);
+    EXPECT_EQ(undecodable.Trans(L"chunk_c")->sharedTexture, nullptr);
+
+    ZQTexture shortImage(Device());
+    shortImage.Entry(CopyData(L"pics.om", L"shortimage.om", imageStart + 40).c_str());
+    EXPECT_NE(shortImage.Trans(L"chunk_c"), nullptr);
+
+    // Counts that claim more than the file holds, or nothing at all.
+    ZQTexture many(Device());
+    many.Entry(CopyData(L"pics.om", L"many.om", -1, 27, 0x7F).c_str());
+    EXPECT_NE(many.Trans(L"chunk_a"), nullptr);
+    ZQTexture none(Device());
+    none.Entry(CopyData(L"pics.om", L"none.om", -1, 24, 0).c_str());
+    EXPECT_EQ(none.Trans(L"chunk_a"), nullptr);
+    ZQTexture manyAtlas(Device());
+    manyAtlas.Entry(CopyData(L"atlas.te", L"many.te", -1, 3, 0xFF).c_str());
+    EXPECT_NE(manyAtlas.Trans(L"chunk_b"), nullptr);
+}
+
+TEST(ZQTexture, Log2IsStrictlyGreater) {
+    Log2Probe probe;
+    EXPECT_EQ(probe.log2(0), 1);
+    EXPECT_EQ(probe.log2(1), 1);
+    EXPECT_EQ(probe.log2(255), 8);
+    EXPECT_EQ(probe.log2(256), 9);
+    EXPECT_EQ(probe.log2(4095), 12);
+    EXPECT_EQ(probe.log2(4096), 12);
+    EXPECT_EQ(probe.log2(8192), 13);
+    EXPECT_EQ(probe.log2(16384), 14);
+    EXPECT_EQ(probe.log2(5000), -1);
+}

@@ -1,0 +1,132 @@
+// zqinspect: prints the contents of the library's files in readable form.
+//
+//   zqinspect FILE...
+//
+// The kind is told by the name, as the library does (".OM" before ".TE", anywhere in the upper-cased
+// name), or else by the file's first bytes.
+#include "ZQImage.h"
+#include "ZQPackedTexture.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+using ZQ::formats::PackedFile;
+using ZQ::formats::PackedRecord;
+using ZQ::formats::ParseResult;
+
+namespace {
+
+std::string Utf8(const std::u16string& text) {
+    std::string out;
+    for (size_t i = 0; i < text.size(); ++i) {
+        char32_t code = text[i];
+        if (code >= 0xD800 && code < 0xDC00 && i + 1 < text.size())
+            code = 0x10000 + ((code - 0xD800) << 10) + (text[++i] - 0xDC00);
+        if (code < 0x80) {
+            out += static_cast<char>(code);
+        } else if (code < 0x800) {
+            out += static_cast<char>(0xC0 | code >> 6);
+            out += static_cast<char>(0x80 | (code & 0x3F));
+        } else if (code < 0x10000) {
+            out += static_cast<char>(0xE0 | code >> 12);
+            out += static_cast<char>(0x80 | (code >> 6 & 0x3F));
+            out += static_cast<char>(0x80 | (code & 0x3F));
+        } else {
+            out += static_cast<char>(0xF0 | code >> 18);
+            out += static_cast<char>(0x80 | (code >> 12 & 0x3F));
+            out += static_cast<char>(0x80 | (code >> 6 & 0x3F));
+            out += static_cast<char>(0x80 | (code & 0x3F));
+        }
+    }
+    return out;
+}
+
+void PrintImage(const PackedFile& file) {
+    int width = 0, height = 0;
+    std::printf("  image: %u bytes declared, %zu present", file.imageSize, file.imageBytes);
+    if (zqtools::ImageSize(file.image, file.imageBytes, width, height))
+        std::printf(", decodes as %d x %d\n", width, height);
+    else
+        std::printf(", not an image this tool can decode\n");
+}
+
+void PrintRecords(const PackedFile& file, bool atlas) {
+    if (file.declaredCount != static_cast<int64_t>(file.records.size()))
+        std::printf("  %lld records declared, %zu present (the file is cut short)\n",
+                    static_cast<long long>(file.declaredCount), file.records.size());
+    std::printf("  %-4s %-24s %-22s %-34s %-12s%s\n", "#", "name", "pixels (l t r b)", "texture coordinates",
+                "origin", atlas ? " trim (l t r b)" : "");
+    for (size_t i = 0; i < file.records.size(); ++i) {
+        const PackedRecord& r = file.records[i];
+        char pixels[64], coords[96], origin[32];
+        std::snprintf(pixels, sizeof pixels, "%d %d %d %d", r.pixel[0], r.pixel[1], r.pixel[2], r.pixel[3]);
+        std::snprintf(coords, sizeof coords, "%.4f %.4f %.4f %.4f", r.texcoord[0], r.texcoord[1], r.texcoord[2],
+                      r.texcoord[3]);
+        std::snprintf(origin, sizeof origin, "%d %d", r.origin[0], r.origin[1]);
+        const std::string name = r.wideName ? Utf8(r.wideNameText) : r.narrowName;
+        std::printf("  %-4zu %-24s %-22s %-34s %-12s", i, name.c_str(), pixels, coords, origin);
+        if (atlas)
+            std::printf(" %d %d %d %d", r.trim[0], r.trim[1], r.trim[2], r.trim[3]);
+        std::printf("\n");
+    }
+}
+
+int Inspect(const char* path) {
+    std::vector<uint8_t> bytes;
+    if (!zqtools::ReadFile(path, bytes)) {
+        std::fprintf(stderr, "zqinspect: cannot read %s\n", path);
+        return 1;
+    }
+    std::string upper(path);
+    std::transform(upper.begin(), upper.end(), upper.begin(), ::toupper);
+    bool om = upper.find(".OM") != std::string::npos;
+    bool te = !om && upper.find(".TE") != std::string::npos;
+    if (!om && !te) {
+        om = bytes.size() >= 5 && std::memcmp(bytes.data(), ZQ::formats::kOmMagic, 5) == 0;
+        te = !om && bytes.size() >= 2;
+    }
+    PackedFile file;
+    if (om) {
+        if (ZQ::formats::ParseOm(bytes.data(), bytes.size(), file) != ParseResult::Ok) {
+            std::printf("%s: not an .OM file (the magic is not \"QXROM\"); the library ignores it\n", path);
+            return 1;
+        }
+        std::printf("%s: packed texture (.OM), layout %s, %zu bytes\n", path,
+                    file.versionTwo ? "\"v2\" (72-byte records, single-byte names)"
+                                    : "1 (104-byte records, UTF-16 names)",
+                    bytes.size());
+        std::printf("  image size given to the loader: %lld x %lld\n", static_cast<long long>(file.width),
+                    static_cast<long long>(file.height));
+        PrintImage(file);
+        PrintRecords(file, false);
+        return 0;
+    }
+    if (te && ZQ::formats::ParseTe(bytes.data(), bytes.size(), file) == ParseResult::Ok) {
+        std::printf("%s: atlas (.TE), tag %u (%s), %zu bytes\n", path, file.teTag,
+                    file.teTag == ZQ::formats::kTeTagWide ? "712-byte records, UTF-16 names"
+                                                          : "456-byte records, single-byte names",
+                    bytes.size());
+        std::printf("  atlas size: %lld x %lld\n", static_cast<long long>(file.width),
+                    static_cast<long long>(file.height));
+        PrintImage(file);
+        PrintRecords(file, true);
+        return 0;
+    }
+    std::printf("%s: not a file of a kind this tool knows (.OM, .TE)\n", path);
+    return 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2) {
+        std::fputs("usage: zqinspect FILE...\n", stderr);
+        return 2;
+    }
+    int failures = 0;
+    for (int i = 1; i < argc; ++i)
+        failures += Inspect(argv[i]);
+    return failures ? 1 : 0;
+}
