@@ -1,8 +1,10 @@
 // Writes the images the texture tests pack and load; each image's pixels tell where they came from.
-//   make_test_art DIR
+//   make_test_art DIR            the test images
+//   make_test_art DIR COUNT      COUNT images of 8 to 40 pixels a side, for the benchmarks
 #include "ZQImage.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 
 namespace {
@@ -32,11 +34,26 @@ bool Save(const std::string& dir, const char* name, int width, int height, uint8
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fputs("usage: make_test_art DIR\n", stderr);
+    if (argc != 2 && argc != 3) {
+        std::fputs("usage: make_test_art DIR [COUNT]\n", stderr);
         return 2;
     }
     const std::string dir = argv[1];
+    if (argc == 3) {
+        const int count = std::atoi(argv[2]);
+        unsigned seed = 12345;
+        for (int i = 0; i < count; ++i) {
+            seed = seed * 1103515245u + 12345u;
+            const int width = 8 + static_cast<int>(seed >> 16) % 33;
+            seed = seed * 1103515245u + 12345u;
+            const int height = 8 + static_cast<int>(seed >> 16) % 33;
+            char name[32];
+            std::snprintf(name, sizeof name, "s%05d.png", i);
+            if (!Save(dir, name, width, height, static_cast<uint8_t>(i)))
+                return 1;
+        }
+        return 0;
+    }
     bool ok = Save(dir, "wide.png", 300, 200, 10) && Save(dir, "odd.png", 301, 33, 20) &&
               Save(dir, "chunk_a.png", 100, 40, 30) && Save(dir, "chunk_b.png", 32, 16, 40, true) &&
               Save(dir, "chunk_c.png", 64, 64, 50);

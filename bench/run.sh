@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Builds and runs the benchmarks under Wine and prints their figures.
+#   bench/run.sh [ROUNDS]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+root=$PWD
+build=$root/build/mingw
+scripts/setup.sh
+cmake --preset mingw >/dev/null
+cmake --build --preset mingw --target texture_load_bench native_tools >/dev/null
+
+art=$build/bench-art
+if [ ! -f "$art/atlas.te" ]; then
+    rm -rf "$art" && mkdir -p "$art/images"
+    "$build/native/bin/make_test_art" "$art/images" 3000
+    "$build/native/bin/zqpack" te --quiet --size 2048x2048 -o "$art/atlas.te" "$art/images"
+fi
+
+"$root/cmake/wine-session.sh" start "$build/wine" >/dev/null
+trap '"$root/cmake/wine-session.sh" stop "$build/wine" >/dev/null' EXIT
+cd "$build/bin"
+ZQ_WINE_STATE=$build/wine "$root/cmake/wine-run.sh" texture_load_bench.exe "Z:${art//\//\\}\\atlas.te" "${1:-5}"
