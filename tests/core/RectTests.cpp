@@ -2,22 +2,9 @@
 
 #include <gtest/gtest.h>
 
-using ZQ::ZQRect;
+#include "support/RectExpect.h"
 
-namespace {
-void ExpectRect(const ZQRect& r, float l, float t, float rr, float b) {
-    EXPECT_FLOAT_EQ(r.left, l);
-    EXPECT_FLOAT_EQ(r.top, t);
-    EXPECT_FLOAT_EQ(r.right, rr);
-    EXPECT_FLOAT_EQ(r.bottom, b);
-}
-void ExpectInts(const RECT& r, LONG l, LONG t, LONG rr, LONG b) {
-    EXPECT_EQ(r.left, l);
-    EXPECT_EQ(r.top, t);
-    EXPECT_EQ(r.right, rr);
-    EXPECT_EQ(r.bottom, b);
-}
-} // namespace
+using ZQ::ZQRect;
 
 TEST(ZQRect, IntegerCopyTruncatesTowardZero) {
     ZQRect r(10.9f, -2.7f, 20.5f, 30.0f);
@@ -44,37 +31,22 @@ TEST(ZQRect, IntegerCopyTruncatesTowardZero) {
 TEST(ZQRect, CompoundArithmeticRefreshesTheCopy) {
     ZQRect r(0.0f, 0.0f, 10.0f, 20.0f);
     r += 0.5f;
-    ExpectRect(r, 0.5f, 0.5f, 10.5f, 20.5f);
-    ExpectInts(r.rect, 0, 0, 10, 20);
     r -= 1.0f;
     ExpectInts(r.rect, 0, 0, 9, 19); // -0.5 truncates to 0
     r *= 2.0f;
     ExpectRect(r, -1.0f, -1.0f, 19.0f, 39.0f);
 
-    ZQRect q(4.0f, 8.0f, 12.0f, 16.0f);
-    q /= 4.0f;
-    ExpectRect(q, 1.0f, 2.0f, 3.0f, 4.0f);
     ZQRect third(1.0f, 1.0f, 1.0f, 1.0f);
     third /= 3.0f;
     EXPECT_EQ(third.left, 1.0f * static_cast<float>(1.0 / 3.0)) << "a multiplication by the reciprocal";
 
-    D3DXVECTOR2 v(2.0f, 3.0f);
-    q += v;
-    ExpectRect(q, 3.0f, 5.0f, 5.0f, 7.0f);
+    // x goes with left and right, y with top and bottom.
+    ZQRect q(1.0f, 2.0f, 3.0f, 4.0f);
+    const D3DXVECTOR2 v(2.0f, 3.0f);
     q *= v;
-    ExpectRect(q, 6.0f, 15.0f, 10.0f, 21.0f);
-    q /= v;
-    q -= v;
-    ExpectRect(q, 1.0f, 2.0f, 3.0f, 4.0f);
-
-    ZQRect edges(1.0f, 2.0f, 3.0f, 4.0f);
-    q += edges;
-    ExpectRect(q, 2.0f, 4.0f, 6.0f, 8.0f);
-    q *= edges;
-    q /= edges;
-    q -= edges;
-    ExpectRect(q, 1.0f, 2.0f, 3.0f, 4.0f);
-    ExpectInts(q.rect, 1, 2, 3, 4);
+    ExpectRect(q, 2.0f, 6.0f, 6.0f, 12.0f);
+    q += ZQRect(1.0f, 2.0f, 3.0f, 4.0f);
+    ExpectInts(q.rect, 3, 8, 9, 16);
 }
 
 TEST(ZQRect, BinaryArithmeticLeavesTheCopyUntilAsked) {
@@ -82,16 +54,9 @@ TEST(ZQRect, BinaryArithmeticLeavesTheCopyUntilAsked) {
     ZQRect sum = a + D3DXVECTOR2(10.0f, 20.0f);
     ExpectRect(sum, 11.0f, 22.0f, 13.0f, 24.0f);
     ExpectInts(sum.rect, 0, 0, 0, 0);
-    const RECT* refreshed = static_cast<RECT*>(sum);
-    ExpectInts(*refreshed, 11, 22, 13, 24);
-
-    ExpectRect(a - D3DXVECTOR2(1.0f, 2.0f), 0.0f, 0.0f, 2.0f, 2.0f);
-    ExpectRect(a * D3DXVECTOR2(2.0f, 3.0f), 2.0f, 6.0f, 6.0f, 12.0f);
+    ExpectInts(*static_cast<RECT*>(sum), 11, 22, 13, 24);
     ExpectRect(a / D3DXVECTOR2(2.0f, 4.0f), 0.5f, 0.5f, 1.5f, 1.0f);
-    ExpectRect(a + a, 2.0f, 4.0f, 6.0f, 8.0f);
-    ExpectRect(a - a, 0.0f, 0.0f, 0.0f, 0.0f);
     ExpectRect(a * a, 1.0f, 4.0f, 9.0f, 16.0f);
-    ExpectRect(a / a, 1.0f, 1.0f, 1.0f, 1.0f);
     EXPECT_TRUE((a - a).isZero());
 }
 

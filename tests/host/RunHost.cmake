@@ -3,12 +3,7 @@
 set(stage ${BINARY_DIR}/host/stage)
 set(build ${BINARY_DIR}/host/build)
 
-function(run)
-    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result)
-    if(NOT result EQUAL 0)
-        message(FATAL_ERROR "failed (${result}): ${ARGN}")
-    endif()
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/../../cmake/RunChecked.cmake)
 
 run(${CMAKE_COMMAND} --install ${BINARY_DIR} --prefix ${stage})
 run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/tests/host/project -B ${build} -G ${GENERATOR}

@@ -3,12 +3,7 @@
 file(REMOVE_RECURSE ${DATA})
 file(MAKE_DIRECTORY ${DATA} ${DATA}/corpus)
 
-function(run)
-    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result)
-    if(NOT result EQUAL 0)
-        message(FATAL_ERROR "failed (${result}): ${ARGN}")
-    endif()
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/../../cmake/RunChecked.cmake)
 
 run(${NATIVE_BIN}/make_test_art ${DATA})
 set(pack ${NATIVE_BIN}/zqpack)

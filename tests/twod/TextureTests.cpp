@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/RectExpect.h"
+
 using twodtest::ArtPixel;
 using twodtest::CopyData;
 using twodtest::Data;
@@ -13,20 +15,6 @@ using ZQ::ZQTexture;
 using Chunk = ZQ::_ZQTextureChunk_tag;
 
 namespace {
-
-void ExpectRect(const ZQ::ZQRect& r, float l, float t, float rr, float b) {
-    EXPECT_FLOAT_EQ(r.left, l);
-    EXPECT_FLOAT_EQ(r.top, t);
-    EXPECT_FLOAT_EQ(r.right, rr);
-    EXPECT_FLOAT_EQ(r.bottom, b);
-}
-
-void ExpectInts(const RECT& r, LONG l, LONG t, LONG rr, LONG b) {
-    EXPECT_EQ(r.left, l);
-    EXPECT_EQ(r.top, t);
-    EXPECT_EQ(r.right, rr);
-    EXPECT_EQ(r.bottom, b);
-}
 
 bool Near(D3DCOLOR a, D3DCOLOR b) {
     for (int shift = 0; shift < 32; shift += 8) {
