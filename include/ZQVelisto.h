@@ -29,5 +29,10 @@
 #include "ZQ/frame/ZQWindow.h"
 
 #include "ZQ/twod/ZQPackedFile.h"
+#include "ZQ/twod/ZQSprite.h"
+#include "ZQ/twod/ZQSpriteRender.h"
 #include "ZQ/twod/ZQTexture.h"
 #include "ZQ/twod/ZQTextureChunk.h"
+
+#include "ZQ/threed/ZQ3DCamera.h"
+#include "ZQ/threed/ZQ3DSpline.h"
