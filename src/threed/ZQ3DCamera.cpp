@@ -239,8 +239,9 @@ void ZQ3DCamera::EndScene() {
 
 ZQ3DQuake::ZQ3DQuake() : m_action(false), m_time(0.0f) {
     const float depths[] = {0.0f, 0.5f, 0.0f, 0.5f, 0.0f};
+    const float times[] = {0.0f, 0.1f, 0.2f, 0.3f, 0.4f};
     for (int i = 0; i < 5; ++i)
-        push_back(_ZQ3DTcbSpline_tag(D3DXVECTOR3(0.0f, 0.0f, depths[i]), 0.1f * static_cast<float>(i)));
+        push_back(_ZQ3DTcbSpline_tag(D3DXVECTOR3(0.0f, 0.0f, depths[i]), times[i]));
 }
 
 void ZQ3DQuake::SetTime(float elapsed) {

@@ -31,6 +31,23 @@ bool Save(const std::string& dir, const char* name, int width, int height, uint8
     return zqtools::WriteFile(dir + "/" + name, zqtools::EncodePng(image));
 }
 
+// Four solid quadrants: red top-left, green top-right, blue bottom-left, white bottom-right.
+bool SaveQuadrants(const std::string& dir, const char* name, int side) {
+    zqtools::Image image;
+    image.width = image.height = side;
+    image.rgba.resize(static_cast<size_t>(side) * side * 4);
+    for (int y = 0; y < side; ++y)
+        for (int x = 0; x < side; ++x) {
+            const bool right = x >= side / 2, bottom = y >= side / 2;
+            uint8_t* p = image.Pixel(x, y);
+            p[0] = (!right && !bottom) || (right && bottom) ? 255 : 0;
+            p[1] = (right && !bottom) || (right && bottom) ? 255 : 0;
+            p[2] = bottom ? 255 : 0;
+            p[3] = 255;
+        }
+    return zqtools::WriteFile(dir + "/" + name, zqtools::EncodePng(image));
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -56,7 +73,7 @@ int main(int argc, char** argv) {
     }
     bool ok = Save(dir, "wide.png", 300, 200, 10) && Save(dir, "odd.png", 301, 33, 20) &&
               Save(dir, "chunk_a.png", 100, 40, 30) && Save(dir, "chunk_b.png", 32, 16, 40, true) &&
-              Save(dir, "chunk_c.png", 64, 64, 50);
+              Save(dir, "chunk_c.png", 64, 64, 50) && SaveQuadrants(dir, "quad.png", 32);
     std::FILE* broken = std::fopen((dir + "/broken.png").c_str(), "wb");
     ok = ok && broken && std::fputs("this is not an image", broken) >= 0;
     if (broken)

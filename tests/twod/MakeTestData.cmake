@@ -14,6 +14,10 @@ run(${pack} om --quiet -o ${DATA}/pics.om ${DATA}/chunk_a.png ${DATA}/chunk_b.pn
 run(${pack} om --quiet --v1 --center -o ${DATA}/first.om ${DATA}/chunk_c.png ${DATA}/chunk_a.png)
 file(WRITE ${DATA}/manifest.txt "chunk_a.png Banner 10 5\nchunk_c.png Coin\n")
 run(${pack} om --quiet -o ${DATA}/named.om ${DATA}/manifest.txt)
+# The drawing tests' atlas: the quadrant image second (so it draws from the shared texture), once with
+# its origin at its middle.
+file(WRITE ${DATA}/sprites.txt "chunk_c.png\nquad.png\nquad.png centred 16 16\n")
+run(${pack} te --quiet -o ${DATA}/sprites.te ${DATA}/sprites.txt)
 # Names that fool an extension test: an ".OM" file whose name also holds ".TE", and the other way round.
 file(COPY_FILE ${DATA}/pics.om ${DATA}/pics.te.om)
 file(COPY_FILE ${DATA}/atlas.te ${DATA}/atlas.om.te)

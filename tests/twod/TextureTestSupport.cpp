@@ -89,3 +89,59 @@ D3DCOLOR ArtPixel(int x, int y, int width, int height, int tag) {
 }
 
 } // namespace twodtest
+
+namespace twodtest {
+
+namespace {
+std::vector<D3DCOLOR> g_frame;
+UINT g_frameWidth = 0;
+} // namespace
+
+void BeginFrame() {
+    Device()->Clear(0, nullptr, D3DCLEAR_TARGET, D3DCOLOR_XRGB(0, 0, 0), 1.0f, 0);
+    Device()->BeginScene();
+}
+
+void EndFrame() {
+    IDirect3DDevice9* device = Device();
+    device->EndScene();
+    IDirect3DSurface9* backBuffer = nullptr;
+    IDirect3DSurface9* copy = nullptr;
+    D3DSURFACE_DESC desc;
+    D3DLOCKED_RECT locked;
+    g_frame.clear();
+    if (SUCCEEDED(device->GetBackBuffer(0, 0, D3DBACKBUFFER_TYPE_MONO, &backBuffer)) &&
+        SUCCEEDED(backBuffer->GetDesc(&desc)) &&
+        SUCCEEDED(device->CreateOffscreenPlainSurface(desc.Width, desc.Height, desc.Format, D3DPOOL_SYSTEMMEM, &copy,
+                                                      nullptr)) &&
+        SUCCEEDED(device->GetRenderTargetData(backBuffer, copy)) &&
+        SUCCEEDED(copy->LockRect(&locked, nullptr, D3DLOCK_READONLY))) {
+        g_frameWidth = desc.Width;
+        for (UINT y = 0; y < desc.Height; ++y) {
+            const D3DCOLOR* row = reinterpret_cast<const D3DCOLOR*>(static_cast<const char*>(locked.pBits) +
+                                                                    y * static_cast<size_t>(locked.Pitch));
+            g_frame.insert(g_frame.end(), row, row + desc.Width);
+        }
+        copy->UnlockRect();
+    }
+    if (copy)
+        copy->Release();
+    if (backBuffer)
+        backBuffer->Release();
+}
+
+D3DCOLOR BackBufferPixel(int x, int y) {
+    const size_t index = static_cast<size_t>(y) * g_frameWidth + static_cast<size_t>(x);
+    return index < g_frame.size() ? (g_frame[index] | 0xFF000000) : 0xDEADBEEF;
+}
+
+bool Near(D3DCOLOR a, D3DCOLOR b, int tolerance) {
+    for (int shift = 0; shift < 32; shift += 8) {
+        const int difference = static_cast<int>(a >> shift & 0xFF) - static_cast<int>(b >> shift & 0xFF);
+        if (difference < -tolerance || difference > tolerance)
+            return false;
+    }
+    return true;
+}
+
+} // namespace twodtest

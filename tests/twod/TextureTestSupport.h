@@ -23,3 +23,16 @@ D3DSURFACE_DESC LevelDesc(IDirect3DTexture9* texture);
 D3DCOLOR ArtPixel(int x, int y, int width, int height, int tag);
 
 } // namespace twodtest
+
+namespace twodtest {
+
+/// Clears the back buffer to black and begins the device scene.
+void BeginFrame();
+/// Ends the scene and keeps a copy of the back buffer for BackBufferPixel.
+void EndFrame();
+/// The X8R8G8B8 pixel of the back buffer copy (alpha forced to 0xFF).
+D3DCOLOR BackBufferPixel(int x, int y);
+/// Each channel within tolerance.
+bool Near(D3DCOLOR a, D3DCOLOR b, int tolerance = 2);
+
+} // namespace twodtest

@@ -9,21 +9,13 @@ using twodtest::CopyData;
 using twodtest::Data;
 using twodtest::Device;
 using twodtest::LevelDesc;
+using twodtest::Near;
 using twodtest::Levels;
 using twodtest::ReadPixel;
 using ZQ::ZQTexture;
 using Chunk = ZQ::_ZQTextureChunk_tag;
 
 namespace {
-
-bool Near(D3DCOLOR a, D3DCOLOR b) {
-    for (int shift = 0; shift < 32; shift += 8) {
-        const int difference = static_cast<int>(a >> shift & 0xFF) - static_cast<int>(b >> shift & 0xFF);
-        if (difference < -2 || difference > 2)
-            return false;
-    }
-    return true;
-}
 
 // Sizes of the packed files' parts, as the tools write them.
 const long kOmHeader = 28, kOmRecordV2 = 72;
