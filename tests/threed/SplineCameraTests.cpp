@@ -1,0 +1,167 @@
+#include <ZQVelisto.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+using ZQ::_3D::_ZQ3DTcbSpline_tag;
+using ZQ::_3D::ZQ3DCamera;
+using ZQ::_3D::ZQ3DQuake;
+using ZQ::_3D::ZQ3DSpline;
+
+namespace {
+
+const D3DXVECTOR3 kPoints[] = {{0, 0, 0}, {1, 2, 0}, {3, 3, 1}, {4, 1, 2}, {6, 0, 0}};
+const int kPointCount = 5;
+const float kSpacing = 0.5f;
+
+ZQ3DSpline Path(float tension) {
+    ZQ3DSpline spline;
+    for (int i = 0; i < kPointCount; ++i)
+        spline.push_back(_ZQ3DTcbSpline_tag(kPoints[i], kSpacing * static_cast<float>(i), tension, 0.0f, 0.0f));
+    return spline;
+}
+
+// The cubic Hermite curve from p1 to p2 with tangents m1, m2, in doubles.
+D3DXVECTOR3 Hermite(const D3DXVECTOR3& p1, const D3DXVECTOR3& m1, const D3DXVECTOR3& p2, const D3DXVECTOR3& m2,
+                    double u) {
+    const double h00 = 2 * u * u * u - 3 * u * u + 1, h10 = u * u * u - 2 * u * u + u;
+    const double h01 = -2 * u * u * u + 3 * u * u, h11 = u * u * u - u * u;
+    auto mix = [&](float a, float b, float c, float d) {
+        return static_cast<float>(h00 * a + h10 * b + h01 * c + h11 * d);
+    };
+    return D3DXVECTOR3(mix(p1.x, m1.x, p2.x, m2.x), mix(p1.y, m1.y, p2.y, m2.y), mix(p1.z, m1.z, p2.z, m2.z));
+}
+
+void ExpectNear(const D3DXVECTOR3& a, const D3DXVECTOR3& b, float tolerance = 1e-5f) {
+    EXPECT_NEAR(a.x, b.x, tolerance);
+    EXPECT_NEAR(a.y, b.y, tolerance);
+    EXPECT_NEAR(a.z, b.z, tolerance);
+}
+
+} // namespace
+
+TEST(ZQ3DSpline, ReadyFromFourKeys) {
+    ZQ3DSpline spline;
+    for (int i = 0; i < 3; ++i)
+        spline.push_back(_ZQ3DTcbSpline_tag(kPoints[i + 1], static_cast<float>(i)));
+    EXPECT_FALSE(spline.isReady());
+    ExpectNear(spline.GetPosition(0.5f), D3DXVECTOR3(0, 0, 0));
+    spline.push_back(_ZQ3DTcbSpline_tag(kPoints[4], 3.0f));
+    EXPECT_TRUE(spline.isReady());
+    ExpectNear(spline.GetPosition(0.0f), kPoints[1]);
+
+    EXPECT_EQ(spline.GetTable(-1), nullptr);
+    EXPECT_EQ(spline.GetTable(5), nullptr);
+    ASSERT_NE(spline.GetTable(3), nullptr);
+    EXPECT_EQ(spline.GetTable(3)->time, 3.0f);
+    EXPECT_EQ(spline.GetTable(3)->tension, -1.0f) << "the default tension";
+    spline.clear();
+    EXPECT_FALSE(spline.isReady());
+}
+
+TEST(ZQ3DSpline, CatmullRomTangentsAndTwiceThemByDefault) {
+    for (float tension : {0.0f, -1.0f}) {
+        const ZQ3DSpline spline = Path(tension);
+        const float scale = tension == 0.0f ? 0.5f : 1.0f;
+        // Interior segment 1 (key 1 to key 2) and the last segment (its far neighbour is the end key).
+        const D3DXVECTOR3 m1 = (kPoints[2] - kPoints[0]) * scale, m2 = (kPoints[3] - kPoints[1]) * scale;
+        const D3DXVECTOR3 m3 = (kPoints[4] - kPoints[2]) * scale, m4 = (kPoints[4] - kPoints[3]) * 2.0f * scale;
+        for (double u : {0.25, 0.5, 0.8}) {
+            ExpectNear(spline.GetPosition(static_cast<float>((1 + u) * kSpacing)),
+                       Hermite(kPoints[1], m1, kPoints[2], m2, u));
+            ExpectNear(spline.GetPosition(static_cast<float>((3 + u) * kSpacing)),
+                       Hermite(kPoints[3], m3, kPoints[4], m4, u));
+        }
+    }
+}
+
+TEST(ZQ3DSpline, KeysAreHitAndEndsHeld) {
+    const ZQ3DSpline spline = Path(-1.0f);
+    for (int i = 0; i < kPointCount; ++i)
+        ExpectNear(spline.GetPosition(kSpacing * static_cast<float>(i)), kPoints[i]);
+    ExpectNear(spline.GetPosition(-3.0f), kPoints[0]);
+    ExpectNear(spline.GetPosition(100.0f), kPoints[4]);
+
+    ZQ3DSpline copy(spline);
+    ZQ3DSpline assigned;
+    assigned = spline;
+    ExpectNear(copy.GetPosition(0.6f), spline.GetPosition(0.6f));
+    ExpectNear(assigned.GetPosition(1.3f), spline.GetPosition(1.3f));
+}
+
+TEST(ZQ3DCamera, TurnsAreRelativeAndWrap) {
+    ZQ3DCamera camera(nullptr);
+    camera.SetYaw(1.0f);
+    camera.SetYaw(1.0f);
+    EXPECT_FLOAT_EQ(camera.GetYaw(), 2.0f);
+    camera.SetYawPitchRoll(7.0f, 0.0f, 0.0f);
+    EXPECT_FLOAT_EQ(camera.GetYaw(), 7.0f) << "set as given, not wrapped";
+
+    const float twoPi = 6.2831854820251465f;
+    camera.SetYawPitchRoll(0.0f, 0.0f, 0.0f);
+    camera.SetPitch(twoPi);
+    EXPECT_EQ(camera.GetPitch(), 0.0f) << "2 pi becomes 0";
+    camera.SetRoll(2.0f * twoPi);
+    EXPECT_EQ(camera.GetRoll(), twoPi) << "4 pi stops at 2 pi";
+    camera.SetYaw(-1.0f - 2.0f);
+    EXPECT_NEAR(camera.GetYaw(), twoPi - 3.0f, 1e-6);
+}
+
+TEST(ZQ3DCamera, ViewMatrixAndMoves) {
+    ZQ3DCamera camera(nullptr, D3DXVECTOR3(1.0f, 2.0f, 3.0f));
+    D3DXMATRIX view;
+    camera.CalculateViewMatrix(&view);
+    EXPECT_FLOAT_EQ(view._41, -1.0f);
+    EXPECT_FLOAT_EQ(view._42, -2.0f);
+    EXPECT_FLOAT_EQ(view._43, -3.0f);
+    EXPECT_FLOAT_EQ(view._11, 1.0f);
+    camera.SetMoveForward(2.0f);
+    ExpectNear(camera.GetPosition(), D3DXVECTOR3(1.0f, 2.0f, 5.0f));
+
+    camera.SetYawPitchRoll(D3DX_PI / 2, 0.0f, 0.0f);
+    camera.CalculateViewMatrix(&view);
+    camera.SetMoveForward(1.0f);
+    ExpectNear(camera.GetPosition(), D3DXVECTOR3(2.0f, 2.0f, 5.0f)); // a quarter yaw looks along +x
+    camera.SetMoveRight(1.0f);
+    ExpectNear(camera.GetPosition(), D3DXVECTOR3(2.0f, 2.0f, 4.0f));
+    camera.SetMoveUp(0.5f);
+    ExpectNear(camera.GetPosition(), D3DXVECTOR3(2.0f, 2.5f, 4.0f));
+}
+
+TEST(ZQ3DCamera, BeginSceneFollowsAPathOfFourKeys) {
+    ZQ3DCamera camera(nullptr, D3DXVECTOR3(9.0f, 9.0f, 9.0f));
+    camera.push_back(_ZQ3DTcbSpline_tag(kPoints[0], 0.0f));
+    camera.push_back(_ZQ3DTcbSpline_tag(kPoints[1], 1.0f));
+    camera.push_back(_ZQ3DTcbSpline_tag(kPoints[2], 2.0f));
+    camera.BeginScene(0.5f);
+    ExpectNear(camera.GetPosition(), D3DXVECTOR3(9.0f, 9.0f, 9.0f)); // three keys: no path
+    EXPECT_EQ(camera.GetTime(), 0.0f);
+
+    camera.push_back(_ZQ3DTcbSpline_tag(kPoints[3], 3.0f));
+    camera.BeginScene(1.5f);
+    EXPECT_FLOAT_EQ(camera.GetTime(), 1.5f);
+    ExpectNear(camera.GetPosition(), camera.ZQ3DSpline::GetPosition(1.5f));
+    camera.SetAction(false);
+    camera.BeginScene(1.0f);
+    EXPECT_FLOAT_EQ(camera.GetTime(), 1.5f);
+}
+
+TEST(ZQ3DQuake, TwoPulsesThenIdle) {
+    ZQ3DQuake quake;
+    EXPECT_FALSE(quake.GetAction());
+    quake.SetTime(0.1f);
+    EXPECT_EQ(quake.GetTime(), 0.0f) << "idle: time stands";
+    quake.SetAction(true);
+    quake.SetTime(0.1f);
+    ExpectNear(quake.GetPosition(), D3DXVECTOR3(0.0f, 0.0f, 0.5f));
+    quake.SetTime(0.1f);
+    ExpectNear(quake.GetPosition(), D3DXVECTOR3(0.0f, 0.0f, 0.0f));
+    quake.SetTime(0.2f);
+    EXPECT_TRUE(quake.GetAction()) << "exactly at the last key it still runs";
+    quake.SetTime(0.05f);
+    EXPECT_FALSE(quake.GetAction());
+    EXPECT_EQ(quake.GetTime(), 0.0f);
+    ExpectNear(quake.GetPosition(), D3DXVECTOR3(0.0f, 0.0f, 0.0f));
+}
