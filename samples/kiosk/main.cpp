@@ -1,12 +1,14 @@
-// The sample kiosk: three screens that take turns on a key, a click or a timer.
+// The sample kiosk: three screens that take turns on a key, a click or a timer, drawing artwork from
+// an atlas that the build packs from samples/kiosk/art with zqpack.
 //
 //   kiosk.exe [-windowed] [-quitafterframe:N] [-constantframetime:S] [-screenshots:DIR]
 //
-// With -screenshots:DIR it saves the back buffer as PNG every 10 frames and prints each path.
+// With -screenshots:DIR it saves the back buffer as PNG every 15 frames and prints each path.
 #include <ZQVelisto.h>
 
 #include <shellapi.h>
 
+#include <cmath>
 #include <cstdio>
 #include <cwchar>
 
@@ -17,44 +19,54 @@ namespace {
 const wchar_t* const kSceneNames[] = {L"Attract", L"Menu", L"Ticket"};
 const int kSceneCount = 3;
 const float kSceneSeconds = 1.5f;
-const int kScreenshotEvery = 10;
+// One screenshot in the middle of each screen's turn (1.5 s at the 0.1 s frames of a headless run).
+const int kScreenshotEvery = 15;
+const int kScreenshotAt = 7;
 
 class KioskApp;
 KioskApp* g_app = nullptr;
 
-// A screen drawn from a background colour, a banner and a button-like panel.
-class ColourScene : public ZQScene {
+// A screen: a background colour, a banner, and artwork from the atlas drawn with the sprite's forms.
+class KioskScene : public ZQScene {
 public:
-    ColourScene(int index, D3DCOLOR background, D3DCOLOR banner, D3DCOLOR panel)
-        : m_index(index), m_background(background), m_banner(banner), m_panel(panel) {}
+    KioskScene(int index, D3DCOLOR background, D3DCOLOR banner) : m_index(index), m_background(background), m_banner(banner) {}
+    ~KioskScene() override { OnDestroyDevice(nullptr); }
 
-    void OnFrameRender(IDirect3DDevice9* device, double, float, void*) override {
-        if (!device)
-            return;
-        device->Clear(0, nullptr, D3DCLEAR_TARGET | D3DCLEAR_ZBUFFER, m_background, 1.0f, 0);
-        D3DSURFACE_DESC desc = m_backBuffer;
-        const LONG w = static_cast<LONG>(desc.Width), h = static_cast<LONG>(desc.Height);
-        const D3DRECT banner = {0, h / 10, w, h / 4};
-        device->Clear(1, &banner, D3DCLEAR_TARGET, m_banner, 1.0f, 0);
-        // Each screen puts its panel somewhere else, so the screenshots tell them apart.
-        const LONG left = w / 8 + m_index * w / 4;
-        const D3DRECT panel = {left, h / 2, left + w / 4, h / 2 + h / 4};
-        device->Clear(1, &panel, D3DCLEAR_TARGET, m_panel, 1.0f, 0);
-        AfterRender(device);
+    HRESULT OnCreateDevice(IDirect3DDevice9* device, const D3DSURFACE_DESC*, void*) override {
+        if (!device || m_sprite)
+            return S_OK;
+        m_sprite = new ZQSprite(device);
+        m_sprite->Entry(L"kiosk.te");
+        return S_OK;
     }
     HRESULT OnResetDevice(IDirect3DDevice9*, const D3DSURFACE_DESC* backBuffer, void*) override {
         if (backBuffer)
             m_backBuffer = *backBuffer;
         return S_OK;
     }
+    void OnDestroyDevice(void*) override {
+        delete m_sprite;
+        m_sprite = nullptr;
+    }
+    void OnFrameMove(IDirect3DDevice9* device, double time, float elapsed, void* context) override {
+        m_time = static_cast<float>(time);
+        if (m_sprite)
+            m_sprite->OnFrameMove(device, time, elapsed, context);
+    }
+    void OnFrameRender(IDirect3DDevice9* device, double, float, void*) override;
     void OnKeyboard(UINT key, bool down, bool, void*) override;
-    void AfterRender(IDirect3DDevice9* device);
     void OnMouse(bool buttonDown, bool left, bool, bool, bool, bool, int, int, int, void*) override;
 
 private:
+    void DrawAttract();
+    void DrawMenu();
+    void DrawTicket();
+
     int m_index;
-    D3DCOLOR m_background, m_banner, m_panel;
+    D3DCOLOR m_background, m_banner;
     D3DSURFACE_DESC m_backBuffer = {};
+    ZQSprite* m_sprite = nullptr;
+    float m_time = 0.0f;
 };
 
 class KioskApp : public ZQVelisto {
@@ -70,7 +82,7 @@ public:
 
     // Called by the scenes once they have drawn, before the frame is presented.
     void MaybeScreenshot(IDirect3DDevice9* device) {
-        if (m_screenshots[0] && GetCurrentFrameNumber() % kScreenshotEvery == kScreenshotEvery - 1)
+        if (m_screenshots[0] && GetCurrentFrameNumber() % kScreenshotEvery == kScreenshotAt)
             SaveScreenshot(device);
     }
 
@@ -113,16 +125,68 @@ private:
     int m_shotCount = 0;
 };
 
-void ColourScene::AfterRender(IDirect3DDevice9* device) {
+void KioskScene::OnFrameRender(IDirect3DDevice9* device, double, float, void*) {
+    if (!device || FAILED(device->BeginScene()))
+        return;
+    device->Clear(0, nullptr, D3DCLEAR_TARGET | D3DCLEAR_ZBUFFER, m_background, 1.0f, 0);
+    const D3DRECT banner = {0, 24, static_cast<LONG>(m_backBuffer.Width), 72};
+    device->Clear(1, &banner, D3DCLEAR_TARGET, m_banner, 1.0f, 0);
+    if (m_sprite) {
+        switch (m_index) {
+        case 0: DrawAttract(); break;
+        case 1: DrawMenu(); break;
+        default: DrawTicket(); break;
+        }
+    }
+    device->EndScene();
     g_app->MaybeScreenshot(device);
 }
 
-void ColourScene::OnKeyboard(UINT key, bool down, bool, void*) {
+// Coins turning and fading in a row, a star pulsing in the middle.
+void KioskScene::DrawAttract() {
+    D3DXCOLOR white(1.0f, 1.0f, 1.0f, 1.0f);
+    for (int i = 0; i < 5; ++i) {
+        D3DXVECTOR3 at(96.0f + 112.0f * static_cast<float>(i), 180.0f, 0.0f);
+        D3DXCOLOR fade(1.0f, 1.0f, 1.0f, 0.35f + 0.13f * static_cast<float>(i));
+        m_sprite->Render(L"coin", at, m_time * (1.0f + 0.3f * static_cast<float>(i)), fade, 0);
+    }
+    D3DXVECTOR3 middle(320.0f, 330.0f, 0.0f);
+    const float pulse = 0.5f + 0.5f * std::sin(m_time * 4.0f);
+    ZQRect star(320.0f - 24.0f - 24.0f * pulse, 330.0f - 24.0f - 24.0f * pulse, 320.0f + 24.0f + 24.0f * pulse,
+                330.0f + 24.0f + 24.0f * pulse);
+    m_sprite->Render(L"star", star, white, 0);
+    m_sprite->Render(L"arrow", middle, white, 0);
+}
+
+// Three buttons, the middle one tinted, and arrows pointing at it from both sides (one mirrored).
+void KioskScene::DrawMenu() {
+    D3DXCOLOR white(1.0f, 1.0f, 1.0f, 1.0f), gold(1.0f, 0.85f, 0.3f, 1.0f);
+    for (int i = 0; i < 3; ++i) {
+        D3DXVECTOR3 at(320.0f, 170.0f + 90.0f * static_cast<float>(i), 0.0f);
+        m_sprite->Render(L"button", at, i == 1 ? gold : white, 0);
+    }
+    D3DXVECTOR3 left(200.0f, 260.0f, 0.0f), right(440.0f, 260.0f, 0.0f);
+    m_sprite->Render(L"arrow", left, white, 0);
+    m_sprite->Render(L"arrow", right, white, 1);
+}
+
+// A ticket printed by a wipe, and a turned copy of it below.
+void KioskScene::DrawTicket() {
+    D3DXCOLOR white(1.0f, 1.0f, 1.0f, 1.0f);
+    D3DXVECTOR3 printing(320.0f, 180.0f, 0.0f), turned(320.0f, 330.0f, 0.0f);
+    const float printed = std::fmod(m_time, 2.0f) / 2.0f;
+    m_sprite->RenderLerp(L"ticket", printing, white, printed, 1);
+    m_sprite->Render(L"ticket", turned, 0.2f, white, 3);
+    D3DXVECTOR3 coin(470.0f, 330.0f, 0.0f);
+    m_sprite->Render(L"coin", coin, white, 0);
+}
+
+void KioskScene::OnKeyboard(UINT key, bool down, bool, void*) {
     if (down && (key == VK_RETURN || key == VK_SPACE))
         g_app->Next();
 }
 
-void ColourScene::OnMouse(bool buttonDown, bool left, bool, bool, bool, bool, int, int, int, void*) {
+void KioskScene::OnMouse(bool buttonDown, bool left, bool, bool, bool, bool, int, int, int, void*) {
     if (buttonDown && left)
         g_app->Next();
 }
@@ -142,12 +206,9 @@ int main() {
     if (FAILED(app.CreateDevice(0, true, 640, 480, nullptr, nullptr, nullptr)))
         return app.GetExitCode();
 
-    app.Entry(kSceneNames[0], new ColourScene(0, D3DCOLOR_XRGB(16, 32, 96), D3DCOLOR_XRGB(240, 200, 40),
-                                              D3DCOLOR_XRGB(220, 220, 230)));
-    app.Entry(kSceneNames[1], new ColourScene(1, D3DCOLOR_XRGB(16, 80, 40), D3DCOLOR_XRGB(250, 250, 250),
-                                              D3DCOLOR_XRGB(40, 160, 240)));
-    app.Entry(kSceneNames[2], new ColourScene(2, D3DCOLOR_XRGB(110, 60, 10), D3DCOLOR_XRGB(20, 20, 20),
-                                              D3DCOLOR_XRGB(250, 120, 30)));
+    app.Entry(kSceneNames[0], new KioskScene(0, D3DCOLOR_XRGB(16, 32, 96), D3DCOLOR_XRGB(240, 200, 40)));
+    app.Entry(kSceneNames[1], new KioskScene(1, D3DCOLOR_XRGB(16, 80, 40), D3DCOLOR_XRGB(250, 250, 250)));
+    app.Entry(kSceneNames[2], new KioskScene(2, D3DCOLOR_XRGB(110, 60, 10), D3DCOLOR_XRGB(20, 20, 20)));
     app.Trans(kSceneNames[0]);
     app.AddTimer(KioskApp::OnTimer, kSceneSeconds, nullptr, &app);
     app.MainLoop(nullptr);
