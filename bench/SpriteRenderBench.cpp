@@ -1,7 +1,7 @@
 // Time per frame for 1,000 and 10,000 ZQSprite::Render calls, against drawing the same chunks with
 // ID3DXSprite in the same run.
 //   sprite_render_bench ATLAS.te [FRAMES]
-#include <ZQVelisto.h>
+#include "BenchSupport.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -10,18 +10,6 @@
 #include <vector>
 
 namespace {
-
-class App : public ZQ::ZQVelisto {
-public:
-    App() : ZQVelisto(L"ZQVelisto sprite benchmark", 640, 480) {}
-};
-
-double Now() {
-    LARGE_INTEGER counter, frequency;
-    QueryPerformanceCounter(&counter);
-    QueryPerformanceFrequency(&frequency);
-    return static_cast<double>(counter.QuadPart) / static_cast<double>(frequency.QuadPart);
-}
 
 // Waits for the device to finish, so that a frame's time includes its drawing.
 void Finish(IDirect3DDevice9* device) {
@@ -47,10 +35,8 @@ int wmain(int argc, wchar_t** argv) {
         return 2;
     }
     const int frames = argc > 2 ? std::max(1, _wtoi(argv[2])) : 20;
-    App app;
-    app.Init(false, false, false, false);
-    if (FAILED(app.CreateWindow(L"ZQVelisto sprite benchmark", nullptr, nullptr, nullptr, 0, 0)) ||
-        FAILED(app.CreateDevice(0, true, 640, 480, nullptr, nullptr, nullptr)))
+    bench::App app;
+    if (!app.Start())
         return 1;
     IDirect3DDevice9* device = app.GetDevice();
     ZQ::ZQSprite sprite(device);
@@ -75,7 +61,7 @@ int wmain(int argc, wchar_t** argv) {
     for (int count : {1000, 10000}) {
         double ours = 0.0, theirs = 0.0;
         for (int frame = 0; frame < frames; ++frame) {
-            double start = Now();
+            double start = bench::Now();
             device->Clear(0, nullptr, D3DCLEAR_TARGET, 0, 1.0f, 0);
             device->BeginScene();
             for (int i = 0; i < count; ++i)
@@ -83,9 +69,9 @@ int wmain(int argc, wchar_t** argv) {
                               white, 0);
             device->EndScene();
             Finish(device);
-            ours += Now() - start;
+            ours += bench::Now() - start;
 
-            start = Now();
+            start = bench::Now();
             device->Clear(0, nullptr, D3DCLEAR_TARGET, 0, 1.0f, 0);
             device->BeginScene();
             d3dxSprite->Begin(D3DXSPRITE_ALPHABLEND);
@@ -100,7 +86,7 @@ int wmain(int argc, wchar_t** argv) {
             d3dxSprite->End();
             device->EndScene();
             Finish(device);
-            theirs += Now() - start;
+            theirs += bench::Now() - start;
         }
         std::printf("%8d %14.2f %14.2f %8.1f\n", count, ours * 1000.0 / frames, theirs * 1000.0 / frames,
                     ours / theirs);
@@ -111,12 +97,12 @@ int wmain(int argc, wchar_t** argv) {
     D3DXVECTOR3 eye(0.0f, 0.0f, -2.41f), at(0.0f, 0.0f, 0.0f), up(0.0f, 1.0f, 0.0f);
     auto perCall = [&](auto&& part) {
         device->BeginScene();
-        const double start = Now();
+        const double start = bench::Now();
         for (int i = 0; i < calls; ++i)
             part(i);
         device->EndScene();
         Finish(device);
-        return (Now() - start) * 1e6 / calls;
+        return (bench::Now() - start) * 1e6 / calls;
     };
     const double lookup = perCall([&](int i) { sprite.Trans(placements[static_cast<size_t>(i)].name.c_str()); });
     const double fill = perCall([&](int) { sprite.Set(dest, tex, white); });

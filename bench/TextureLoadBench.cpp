@@ -1,7 +1,7 @@
 // Load time of a large atlas through ZQTexture::Entry, against decoding its embedded image alone
 // with D3DX in the same run.
 //   texture_load_bench ATLAS.te [ROUNDS]
-#include <ZQVelisto.h>
+#include "BenchSupport.h"
 
 #include "src/formats/ZQPackedTexture.h"
 
@@ -11,18 +11,6 @@
 #include <vector>
 
 namespace {
-
-class App : public ZQ::ZQVelisto {
-public:
-    App() : ZQVelisto(L"ZQVelisto texture benchmark", 320, 240) {}
-};
-
-double Now() {
-    LARGE_INTEGER counter, frequency;
-    QueryPerformanceCounter(&counter);
-    QueryPerformanceFrequency(&frequency);
-    return static_cast<double>(counter.QuadPart) / static_cast<double>(frequency.QuadPart);
-}
 
 double Median(std::vector<double> values) {
     std::sort(values.begin(), values.end());
@@ -37,21 +25,12 @@ int wmain(int argc, wchar_t** argv) {
         return 2;
     }
     const int rounds = argc > 2 ? std::max(1, _wtoi(argv[2])) : 5;
-    App app;
-    app.Init(false, false, false, false);
-    if (FAILED(app.CreateWindow(L"ZQVelisto texture benchmark", nullptr, nullptr, nullptr, 0, 0)) ||
-        FAILED(app.CreateDevice(0, true, 320, 240, nullptr, nullptr, nullptr)))
+    bench::App app;
+    if (!app.Start())
         return 1;
     IDirect3DDevice9* device = app.GetDevice();
 
-    std::vector<uint8_t> bytes;
-    if (FILE* file = _wfopen(argv[1], L"rb")) {
-        uint8_t buffer[65536];
-        size_t read;
-        while ((read = fread(buffer, 1, sizeof buffer, file)) > 0)
-            bytes.insert(bytes.end(), buffer, buffer + read);
-        fclose(file);
-    }
+    const std::vector<uint8_t> bytes = bench::ReadFile(argv[1]);
     ZQ::formats::PackedFile packed;
     if (ZQ::formats::ParseTe(bytes.data(), bytes.size(), packed) != ZQ::formats::ParseResult::Ok) {
         std::printf("not an atlas\n");
@@ -61,28 +40,28 @@ int wmain(int argc, wchar_t** argv) {
     std::vector<double> entryTimes, decodeTimes, copyTimes, infoTimes;
     size_t chunks = 0;
     for (int round = 0; round < rounds; ++round) {
-        double start = Now();
+        double start = bench::Now();
         {
             ZQ::ZQTexture texture(device);
             texture.Entry(argv[1]);
-            entryTimes.push_back(Now() - start);
+            entryTimes.push_back(bench::Now() - start);
             chunks = 0;
             for (const ZQ::formats::PackedRecord& record : packed.records)
                 chunks += record.narrowName.empty() ? 0 : 1;
         }
-        start = Now();
+        start = bench::Now();
         D3DXIMAGE_INFO info;
         D3DXGetImageInfoFromFileInMemory(packed.image, static_cast<UINT>(packed.imageBytes), &info);
-        infoTimes.push_back(Now() - start);
-        start = Now();
+        infoTimes.push_back(bench::Now() - start);
+        start = bench::Now();
         IDirect3DTexture9* texture = nullptr;
         D3DXCreateTextureFromFileInMemoryEx(device, packed.image, static_cast<UINT>(packed.imageBytes),
                                             static_cast<UINT>(packed.width), static_cast<UINT>(packed.height),
                                             D3DX_DEFAULT, 0, D3DFMT_UNKNOWN, D3DPOOL_MANAGED, D3DX_DEFAULT,
                                             D3DX_DEFAULT, 0, &info, nullptr, &texture);
-        decodeTimes.push_back(Now() - start);
+        decodeTimes.push_back(bench::Now() - start);
         // The copy into the chunk's own texture that loading does after decoding.
-        start = Now();
+        start = bench::Now();
         D3DSURFACE_DESC desc = {};
         IDirect3DTexture9* copy = nullptr;
         IDirect3DSurface9 *from = nullptr, *to = nullptr;
@@ -91,7 +70,7 @@ int wmain(int argc, wchar_t** argv) {
                                             nullptr)) &&
             SUCCEEDED(copy->GetSurfaceLevel(0, &to)) && SUCCEEDED(texture->GetSurfaceLevel(0, &from)))
             D3DXLoadSurfaceFromSurface(to, nullptr, nullptr, from, nullptr, nullptr, D3DX_DEFAULT, 0);
-        copyTimes.push_back(Now() - start);
+        copyTimes.push_back(bench::Now() - start);
         for (IUnknown* object : {static_cast<IUnknown*>(from), static_cast<IUnknown*>(to),
                                  static_cast<IUnknown*>(copy), static_cast<IUnknown*>(texture)})
             if (object)

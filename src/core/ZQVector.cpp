@@ -40,22 +40,17 @@ ZQVector::~ZQVector() {
     m_items = m_scratch = m_end = nullptr;
 }
 
-// Items and scratch share one zeroed block of 2n places.
+// An empty vector of n places; unchanged when they cannot be had.
 bool ZQVector::Allocate(unsigned int n) {
-    if (n == 0 || n > kMaxPlaces)
-        return false;
-    void** block = static_cast<void**>(std::calloc(static_cast<size_t>(n) * 2, sizeof(void*)));
-    if (!block)
-        return false;
-    std::free(m_items);
-    m_items = block;
-    m_scratch = block + n;
-    m_capacity = n;
+    const unsigned int count = m_count;
     m_count = 0;
-    m_end = m_items;
-    return true;
+    if (resize(n))
+        return true;
+    m_count = count;
+    return false;
 }
 
+// Items and scratch share one zeroed block of 2n places.
 bool ZQVector::resize(unsigned int n) {
     if (n == 0 || n > kMaxPlaces)
         return false;
