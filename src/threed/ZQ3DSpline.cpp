@@ -1,5 +1,7 @@
 #include "ZQ/threed/ZQ3DSpline.h"
 
+#include <new>
+
 namespace ZQ {
 namespace _3D {
 
@@ -49,12 +51,14 @@ ZQ3DSpline::~ZQ3DSpline() {
 
 void ZQ3DSpline::CopyFrom(const ZQ3DSpline& other) {
     for (unsigned int i = 0; i < other.m_keys.size(); ++i)
-        m_keys.push_back(new _ZQ3DTcbSpline_tag(other.Key(static_cast<int>(i))));
+        if (_ZQ3DTcbSpline_tag* key = new (std::nothrow) _ZQ3DTcbSpline_tag(other.Key(static_cast<int>(i))))
+            m_keys.push_back(key);
     const ZQVector* from[] = {&other.m_a, &other.m_b, &other.m_c, &other.m_d};
     ZQVector* to[] = {&m_a, &m_b, &m_c, &m_d};
     for (int k = 0; k < 4; ++k)
         for (unsigned int i = 0; i < from[k]->size(); ++i)
-            to[k]->push_back(new D3DXVECTOR3(At(*from[k], static_cast<int>(i))));
+            if (D3DXVECTOR3* vector = new (std::nothrow) D3DXVECTOR3(At(*from[k], static_cast<int>(i))))
+                to[k]->push_back(vector);
 }
 
 const _ZQ3DTcbSpline_tag& ZQ3DSpline::Key(int index) const {
@@ -69,10 +73,14 @@ void ZQ3DSpline::DeleteCoefficients() {
 }
 
 void ZQ3DSpline::push_back(const _ZQ3DTcbSpline_tag& key) {
+    _ZQ3DTcbSpline_tag* copy = new (std::nothrow) _ZQ3DTcbSpline_tag(key);
     const unsigned int before = m_keys.size();
-    m_keys.push_back(new _ZQ3DTcbSpline_tag(key));
-    if (m_keys.size() == before)
+    if (copy)
+        m_keys.push_back(copy);
+    if (m_keys.size() == before) {
+        delete copy; // the list is full
         return;
+    }
     if (m_keys.size() >= 4) {
         DeleteCoefficients();
         Initialize();
@@ -100,12 +108,16 @@ bool ZQ3DSpline::Initialize() {
     const int n = static_cast<int>(m_keys.size());
     if (n < 4)
         return false;
-    for (int i = 0; i < n - 1; ++i) {
-        m_a.push_back(new D3DXVECTOR3(0.0f, 0.0f, 0.0f));
-        m_b.push_back(new D3DXVECTOR3(0.0f, 0.0f, 0.0f));
-        m_c.push_back(new D3DXVECTOR3(0.0f, 0.0f, 0.0f));
-        m_d.push_back(new D3DXVECTOR3(0.0f, 0.0f, 0.0f));
-    }
+    for (ZQVector* coefficients : {&m_a, &m_b, &m_c, &m_d})
+        for (int i = 0; i < n - 1; ++i)
+            if (D3DXVECTOR3* zero = new (std::nothrow) D3DXVECTOR3(0.0f, 0.0f, 0.0f))
+                coefficients->push_back(zero);
+    // Without all places (memory or the list's ceiling) no segment is computed: the path stays at the origin.
+    for (ZQVector* coefficients : {&m_a, &m_b, &m_c, &m_d})
+        if (coefficients->size() != static_cast<unsigned int>(n - 1)) {
+            DeleteCoefficients();
+            return false;
+        }
     // The missing neighbour of an end segment is the end key itself.
     ComputePoly(0, 0, 1, 2);
     for (int i = 1; i <= n - 3; ++i)

@@ -2,6 +2,7 @@
 #include "ZQ/core/ZQLock.h"
 
 #include <cstring>
+#include <new>
 
 namespace ZQ {
 
@@ -23,7 +24,7 @@ static_assert(sizeof(Vertex) == kVertexBytes, "the vertex layout of FVF 274");
 } // namespace
 
 ZQSpriteRender::ZQSpriteRender(IDirect3DDevice9* device)
-    : m_device(device), m_vertexBuffer(nullptr), m_vertices(new unsigned char[kQuadBytes]()), m_viewportWidth(0.0f),
+    : m_device(device), m_vertexBuffer(nullptr), m_vertices(new (std::nothrow) unsigned char[kQuadBytes]()), m_viewportWidth(0.0f),
       m_viewportHeight(0.0f), m_aspect(0.0f), m_material() {
     InitializeCriticalSection(&m_lock);
     D3DVIEWPORT9 viewport;
@@ -60,7 +61,7 @@ void ZQSpriteRender::Set(ZQRect dest, ZQRect tex, D3DXCOLOR color) {
 }
 
 void ZQSpriteRender::Set_NoLock(ZQRect dest, ZQRect tex, D3DXCOLOR) {
-    if (!m_vertexBuffer || m_viewportHeight <= 0.0f)
+    if (!m_vertexBuffer || !m_vertices || m_viewportHeight <= 0.0f)
         return;
     // Truncated edges moved half a pixel put texel centres on pixel centres; two world units are the
     // viewport's height.

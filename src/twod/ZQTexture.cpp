@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstring>
 #include <cwchar>
+#include <new>
 
 namespace ZQ {
 
@@ -79,7 +80,11 @@ void ZQTexture::Entry(const wchar_t* name, const wchar_t* file, bool center) {
     }
     const long levels = std::min(formats::PackedLog2(desc.Width), formats::PackedLog2(desc.Height)) - 1;
     const RECT whole = {0, 0, static_cast<LONG>(info.Width), static_cast<LONG>(info.Height)};
-    _ZQTextureChunk_tag* chunk = new _ZQTextureChunk_tag;
+    _ZQTextureChunk_tag* chunk = new (std::nothrow) _ZQTextureChunk_tag;
+    if (!chunk) {
+        loaded->Release();
+        return;
+    }
     chunk->texture = ZQCopyToNewTexture(m_device, loaded, nullptr, whole, desc.Width, desc.Height,
                                         levels > 0 ? static_cast<UINT>(levels) : 1, desc.Format);
     loaded->Release();
