@@ -1,5 +1,6 @@
 #include "ZQ/threed/ZQ3DSpline.h"
 
+#include <initializer_list>
 #include <new>
 
 namespace ZQ {
