@@ -1,6 +1,7 @@
 // Helper process of the frame tests.
 //   frame_child.exe cmdline <options...>   prints the overrides that Init read from the command line
 //   frame_child.exe window <title>         exits 0 when CreateWindow succeeds, 1 when it is refused
+//   frame_child.exe run <options...>       runs the main loop and prints the frames it saw
 #include <ZQVelisto.h>
 
 #include <cstdio>
@@ -24,6 +25,19 @@ int main() {
         ChildApp app(arguments[2]);
         app.SetShowMsgBoxOnError(false);
         return FAILED(app.CreateWindow(arguments[2], nullptr, nullptr, nullptr, 0, 0)) ? 1 : 0;
+    }
+    if (std::wcscmp(arguments[1], L"run") == 0) {
+        static int moves = 0;
+        ChildApp app(L"ZQVelisto main-loop child");
+        if (FAILED(app.Init(true, true, true, true)) ||
+            FAILED(app.CreateWindow(L"ZQVelisto main-loop child", nullptr, nullptr, nullptr, 0, 0)) ||
+            FAILED(app.CreateDevice(0, true, 64, 64, nullptr, nullptr, nullptr)))
+            return 3;
+        app.SetFrameMoveFunc([](IDirect3DDevice9*, double, float, void*) { ++moves; });
+        const HRESULT hr = app.MainLoop(nullptr);
+        std::printf("loop=%ld frames=%d moves=%d exit=%d\n", static_cast<long>(hr), app.GetCurrentFrameNumber(), moves,
+                    app.GetExitCode());
+        return 0;
     }
     if (std::wcscmp(arguments[1], L"cmdline") == 0) {
         ChildApp app(L"ZQVelisto command-line child");

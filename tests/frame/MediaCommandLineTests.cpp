@@ -83,6 +83,20 @@ TEST_F(MediaSearchTest, NextToTheProgram) {
     DeleteFileW((exeDir + L"\\" + name).c_str());
 }
 
+TEST_F(MediaSearchTest, InAFolderNamedAfterTheProgram) {
+    wchar_t exe[MAX_PATH];
+    GetModuleFileNameW(nullptr, exe, MAX_PATH);
+    std::wstring exeDir(exe);
+    exeDir.resize(exeDir.rfind(L'\\'));
+    const std::wstring folder = exeDir + L"\\..\\frame_tests";
+    CreateDirectoryW(folder.c_str(), nullptr);
+    const std::wstring name = L"zq-named-" + std::to_wstring(GetCurrentProcessId()) + L".png";
+    Touch(folder + L"\\" + name);
+    EXPECT_EQ(Find(name.c_str()), folder + L"\\" + name) << "the program's name without its extension";
+    DeleteFileW((folder + L"\\" + name).c_str());
+    RemoveDirectoryW(folder.c_str());
+}
+
 TEST_F(MediaSearchTest, MissingNamesAndBadArguments) {
     EXPECT_EQ(Find(L"nowhere.png", ZQ::ZQ_E_MEDIA_NOT_FOUND), L"nowhere.png");
     wchar_t dest[16];
@@ -117,6 +131,12 @@ TEST(CommandLine, OptionNamesAndValues) {
     value[0] = L'x';
     EXPECT_FALSE(ZQCmdParam(cursor, value));
     EXPECT_STREQ(value, L"");
+}
+
+TEST(CommandLine, QuitAfterFrameEndsDuringTheFollowingFrame) {
+    std::string out;
+    ASSERT_EQ(frametest::RunChild(L"run -windowed -quitafterframe:3 -noerrormsgboxes", &out), 0) << out;
+    EXPECT_NE(out.find("loop=0 frames=4 moves=5 exit=0"), std::string::npos) << out;
 }
 
 TEST(CommandLine, ParsedFromARealProcess) {
