@@ -19,7 +19,7 @@ D3DCOLOR ReadPixel(IDirect3DTexture9* texture, int x, int y);
 /// Levels, width and height of a texture.
 UINT Levels(IDirect3DTexture9* texture);
 D3DSURFACE_DESC LevelDesc(IDirect3DTexture9* texture);
-/// The colour MakeTestArt gave pixel (x, y) of an image of width x height with the tag.
+/// The colour make_test_art gave pixel (x, y) of an image of width x height with the tag.
 D3DCOLOR ArtPixel(int x, int y, int width, int height, int tag);
 
 } // namespace twodtest
