@@ -92,15 +92,16 @@ HRESULT ZQWindow::CreateWindow(const wchar_t* title, HINSTANCE instance, HICON i
         return S_OK;
 
     // One instance per window title.
+    // Only a name that exists already refuses; a title that makes no valid name (a backslash in it)
+    // goes on without the guard.
     SetLastError(0);
     HANDLE mutex = CreateMutexW(nullptr, TRUE, title);
-    if (!mutex || GetLastError() == ERROR_ALREADY_EXISTS) {
-        if (mutex)
-            CloseHandle(mutex);
+    if (mutex && GetLastError() == ERROR_ALREADY_EXISTS) {
+        CloseHandle(mutex);
         return E_FAIL;
     }
-    ReleaseMutex(mutex);
-    {
+    if (mutex) {
+        ReleaseMutex(mutex);
         ZQLock lock(&m_windowLock);
         if (m_instanceMutex)
             CloseHandle(m_instanceMutex);
