@@ -127,7 +127,9 @@ void ZQVector::clear() {
 }
 
 void ZQVector::reserve(unsigned int n) {
-    Allocate(n);
+    // No places at all would leave nowhere to push: reserve(0) empties and keeps the places.
+    if (n == 0 || !Allocate(n))
+        clear();
 }
 
 } // namespace ZQ

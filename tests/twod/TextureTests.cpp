@@ -205,6 +205,13 @@ TEST(ZQTexture, CutAndCorruptFilesKeepWhatTheyHold) {
     ZQTexture none(Device());
     none.Entry(CopyData(L"pics.om", L"none.om", -1, 24, 0).c_str());
     EXPECT_EQ(none.Trans(L"chunk_a"), nullptr);
+    // Sizes for the image loader that no device can have.
+    ZQTexture huge(Device());
+    huge.Entry(CopyData(L"atlas.te", L"huge.te", -1, 7, 0x7F).c_str());
+    EXPECT_NE(huge.Trans(L"chunk_b"), nullptr);
+    ZQTexture negative(Device());
+    negative.Entry(CopyData(L"pics.om", L"negative.om", -1, 19, 0xFF).c_str());
+    EXPECT_NE(negative.Trans(L"chunk_b"), nullptr);
     ZQTexture manyAtlas(Device());
     manyAtlas.Entry(CopyData(L"atlas.te", L"many.te", -1, 3, 0xFF).c_str());
     EXPECT_NE(manyAtlas.Trans(L"chunk_b"), nullptr);
