@@ -329,3 +329,21 @@ TEST(FrameWindow, ASecondInstanceWithTheSameTitleIsRefused) {
     frametest::DrainMessages();
     EXPECT_EQ(frametest::RunChild(std::wstring(L"window \"") + title + L"\""), 0) << "free again once closed";
 }
+
+TEST_F(FrameTest, APaintWhilePausedRepaintsWithTheRenderContext) {
+    app->SetFrameRenderFunc(Render);
+    app->Trans(L"A");
+    app->Dispatcher(app->GetDevice(), nullptr, nullptr);
+    HWND hWnd = app->GethWnd();
+    UpdateWindow(hWnd);
+    Take();
+    InvalidateRect(hWnd, nullptr, FALSE);
+    UpdateWindow(hWnd);
+    EXPECT_TRUE(Take().empty()) << "while running, frames do the painting";
+
+    app->Pause(true, true);
+    InvalidateRect(hWnd, nullptr, FALSE);
+    UpdateWindow(hWnd);
+    EXPECT_EQ(Take(), (Log{"fn.render", "A.render!ctx"}));
+    app->Pause(false, false);
+}

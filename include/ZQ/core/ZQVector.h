@@ -46,7 +46,7 @@ public:
     void swap();
     /// Empties the vector; capacity is kept.
     void clear();
-    /// Empties the vector (deliberately) and gives it n places.
+    /// Empties the vector (deliberately) and gives it n places (its places stay when n is 0 or past the ceiling).
     void reserve(unsigned int n);
 
     /// Entry i, null once erased; no bounds check.
