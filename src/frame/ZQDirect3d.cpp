@@ -33,10 +33,7 @@ ZQDirect3d::ZQDirect3d()
 
 ZQDirect3d::~ZQDirect3d() {
     Cleanup3DEnvironment(true);
-    if (IDirect3D9* d3d = GetD3D()) {
-        SetD3D(nullptr);
-        d3d->Release();
-    }
+    ReleaseD3D();
     delete m_pCurrentDeviceSettings;
     delete m_pTimer;
     if (m_pDirect3d == this)
@@ -424,6 +421,13 @@ void ZQDirect3d::UpdateBackBufferDescription(IDirect3DDevice9* device) {
     UpdateStaticFrameStats();
 }
 
+void ZQDirect3d::ReleaseD3D() {
+    if (IDirect3D9* d3d = GetD3D()) {
+        SetD3D(nullptr);
+        d3d->Release();
+    }
+}
+
 bool ZQDirect3d::DeviceGone() {
     return GetD3DDevice() == nullptr;
 }
@@ -801,10 +805,7 @@ void ZQDirect3d::Shutdown(int exitCode) {
     SetExitCode(exitCode);
     Cleanup3DEnvironment(true);
     AllowShortcutKeys(true);
-    if (IDirect3D9* d3d = GetD3D()) {
-        SetD3D(nullptr);
-        d3d->Release();
-    }
+    ReleaseD3D();
     if (GetOverrideRelaunchMCE()) {
         wchar_t shell[MAX_PATH];
         const DWORD length = ExpandEnvironmentStringsW(L"%SystemRoot%\\ehome\\ehshell.exe", shell, MAX_PATH);

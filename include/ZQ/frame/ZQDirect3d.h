@@ -230,6 +230,8 @@ private:
     void RunLostCallbacks();
     void RunDestroyedCallbacks();
     bool DeviceGone();
+    /// The one place the Direct3D object is released.
+    void ReleaseD3D();
     void UpdateBackBufferDescription(IDirect3DDevice9* device);
     void AdjustWindowToBackBuffer(const _ZQDeviceSettings_tag& settings);
 
