@@ -162,44 +162,27 @@ TEST(ZQString, BackspaceLeavesTheNarrowCopyStale) {
     EXPECT_EQ(Narrow(s), "ab") << "the next rebuild drops it";
 }
 
-TEST(ZQString, Comparison) {
+TEST(ZQString, ComparisonCaseAndEmptiness) {
     ZQString s(L"Coin");
-    ZQString same(L"Coin");
-    ZQString other(L"coin");
     ZQString empty;
-    EXPECT_TRUE(s == same);
-    EXPECT_FALSE(s != same);
-    EXPECT_FALSE(s == other) << "comparison is case-sensitive";
-    EXPECT_TRUE(s != other);
-    EXPECT_FALSE(s == empty);
+    EXPECT_TRUE(s == ZQString(L"Coin"));
+    EXPECT_TRUE(s != ZQString(L"coin")) << "comparison is case-sensitive";
     EXPECT_TRUE(s != empty);
     EXPECT_TRUE(empty == ZQString());
-    EXPECT_FALSE(empty != ZQString());
-
-    EXPECT_TRUE(s == L"Coin");
-    EXPECT_FALSE(s == L"Coi");
     EXPECT_FALSE(s == L"Coins");
-    EXPECT_TRUE(s != L"COIN");
-    EXPECT_TRUE(empty == static_cast<const wchar_t*>(nullptr));
+    EXPECT_TRUE(empty == static_cast<const wchar_t*>(nullptr)) << "null equals only an empty string";
     EXPECT_FALSE(s == static_cast<const wchar_t*>(nullptr));
-    EXPECT_TRUE(s != static_cast<const wchar_t*>(nullptr));
 }
 
 TEST(ZQString, CaseMaskAndClear) {
     ZQString s(L"MiXeD 9");
     s.upper();
-    EXPECT_EQ(Wide(s), L"MIXED 9");
     EXPECT_EQ(Narrow(s), "MIXED 9");
     s.lower();
     EXPECT_EQ(Wide(s), L"mixed 9");
-    EXPECT_EQ(Narrow(s), "mixed 9");
-
     s.password();
-    EXPECT_EQ(Wide(s), L"*******");
     EXPECT_EQ(Narrow(s), "*******");
-
     s.clear();
-    EXPECT_TRUE(s.empty());
     EXPECT_EQ(Narrow(s), "");
     EXPECT_EQ(s.max(), 256u);
 }

@@ -179,13 +179,6 @@ TEST_F(SceneManagerTest, TransFromInsideAFrameTakesEffectAtTheNextPass) {
     EXPECT_EQ(manager->GetCurrent(), scenes[1]);
 }
 
-TEST_F(SceneManagerTest, TransFromAnotherThread) {
-    std::thread worker([this] { manager->Trans(L"Result"); });
-    worker.join();
-    Dispatch();
-    EXPECT_EQ(manager->GetCurrent(), scenes[2]);
-}
-
 namespace {
 ZQSceneManager* g_manager;
 std::atomic<bool> g_otherThreadDone;
