@@ -198,23 +198,26 @@ TEST(ZQTexture, CutAndCorruptFilesKeepWhatTheyHold) {
     shortImage.Entry(CopyData(L"pics.om", L"shortimage.om", imageStart + 40).c_str());
     EXPECT_NE(shortImage.Trans(L"chunk_c"), nullptr);
 
-    // Counts that claim more than the file holds, or nothing at all.
-    ZQTexture many(Device());
-    many.Entry(CopyData(L"pics.om", L"many.om", -1, 27, 0x7F).c_str());
-    EXPECT_NE(many.Trans(L"chunk_a"), nullptr);
-    ZQTexture none(Device());
-    none.Entry(CopyData(L"pics.om", L"none.om", -1, 24, 0).c_str());
-    EXPECT_EQ(none.Trans(L"chunk_a"), nullptr);
-    // Sizes for the image loader that no device can have.
-    ZQTexture huge(Device());
-    huge.Entry(CopyData(L"atlas.te", L"huge.te", -1, 7, 0x7F).c_str());
-    EXPECT_NE(huge.Trans(L"chunk_b"), nullptr);
-    ZQTexture negative(Device());
-    negative.Entry(CopyData(L"pics.om", L"negative.om", -1, 19, 0xFF).c_str());
-    EXPECT_NE(negative.Trans(L"chunk_b"), nullptr);
-    ZQTexture manyAtlas(Device());
-    manyAtlas.Entry(CopyData(L"atlas.te", L"many.te", -1, 3, 0xFF).c_str());
-    EXPECT_NE(manyAtlas.Trans(L"chunk_b"), nullptr);
+    // One header byte changed: counts that claim more than the file holds or nothing at all, and sizes
+    // for the image loader that no device can have.
+    struct Patch {
+        const wchar_t* from;
+        const wchar_t* to;
+        long at;
+        unsigned char value;
+        const wchar_t* chunk;
+        bool registered;
+    };
+    const Patch patches[] = {
+        {L"pics.om", L"many.om", 27, 0x7F, L"chunk_a", true},    {L"pics.om", L"none.om", 24, 0, L"chunk_a", false},
+        {L"atlas.te", L"huge.te", 7, 0x7F, L"chunk_b", true},    {L"pics.om", L"negative.om", 19, 0xFF, L"chunk_b", true},
+        {L"atlas.te", L"many.te", 3, 0xFF, L"chunk_b", true},
+    };
+    for (const Patch& patch : patches) {
+        ZQTexture texture(Device());
+        texture.Entry(CopyData(patch.from, patch.to, -1, patch.at, patch.value).c_str());
+        EXPECT_EQ(texture.Trans(patch.chunk) != nullptr, patch.registered) << "byte " << patch.at << " patched";
+    }
 }
 
 TEST(ZQTexture, Log2IsStrictlyGreater) {
