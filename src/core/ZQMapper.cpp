@@ -10,38 +10,12 @@ namespace {
 const unsigned int kFanOut = 8;
 } // namespace
 
-ZQNode::ZQNode(const ZQNode& other)
-    : children(other.children), next(other.next), chain(other.chain), name(other.name), value(other.value) {}
-
-ZQNode& ZQNode::operator=(const ZQNode& other) {
-    children = other.children;
-    next = other.next;
-    chain = other.chain;
-    name = other.name;
-    value = other.value;
-    return *this;
-}
-
 ZQNode::~ZQNode() {
     children = next = chain = nullptr;
     value = nullptr;
 }
 
 ZQMapper::ZQMapper() : m_fanOut(kFanOut), m_count(0), m_root(nullptr), m_head(nullptr), m_tail(nullptr) {}
-
-ZQMapper::ZQMapper(const ZQMapper& other)
-    : m_fanOut(other.m_fanOut), m_count(other.m_count), m_root(other.m_root), m_head(other.m_head),
-      m_lookupKey(other.m_lookupKey), m_tail(other.m_tail) {}
-
-ZQMapper& ZQMapper::operator=(const ZQMapper& other) {
-    m_fanOut = other.m_fanOut;
-    m_count = other.m_count;
-    m_root = other.m_root;
-    m_head = other.m_head;
-    m_tail = other.m_tail;
-    m_lookupKey = other.m_lookupKey;
-    return *this;
-}
 
 ZQMapper::~ZQMapper() {
     clear();

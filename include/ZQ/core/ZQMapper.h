@@ -10,8 +10,8 @@ class ZQ_API ZQNode {
 public:
     ZQNode() = default;
     /// Copies the links and the value as they are, the name by assignment.
-    ZQNode(const ZQNode& other);
-    ZQNode& operator=(const ZQNode& other);
+    ZQNode(const ZQNode& other) = default;
+    ZQNode& operator=(const ZQNode& other) = default;
     ~ZQNode();
 
     ZQNode* children = nullptr; ///< next trie level (eight nodes) or null
@@ -47,8 +47,9 @@ public:
     };
 
     ZQMapper();
-    ZQMapper(const ZQMapper& other);
-    ZQMapper& operator=(const ZQMapper& other);
+    /// Memberwise: the copy shares the node structure.
+    ZQMapper(const ZQMapper& other) = default;
+    ZQMapper& operator=(const ZQMapper& other) = default;
     ~ZQMapper();
 
     /// Adds an entry; upper-cases the caller's name in place. A null value is ignored
