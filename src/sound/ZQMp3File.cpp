@@ -371,10 +371,11 @@ HRESULT ZQMp3File::OnSample(DWORD, QWORD, QWORD, DWORD, INSSBuffer* sample, void
     }
     if (!sample)
         return E_FAIL;
-    // Wine's samples answer GetLength with E_NOTIMPL; GetBufferAndLength gives both everywhere.
     BYTE* bytes = nullptr;
     DWORD length = 0;
-    if (FAILED(sample->GetBufferAndLength(&bytes, &length)))
+    // Wine's samples answer GetLength with E_NOTIMPL: GetBufferAndLength then gives both.
+    if (FAILED(sample->GetBuffer(&bytes)) ||
+        (FAILED(sample->GetLength(&length)) && FAILED(sample->GetBufferAndLength(&bytes, &length))))
         return E_FAIL;
     if (m_held + length > m_workCapacity) {
         unsigned long capacity = m_held + length + kSlack;
