@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -86,6 +87,29 @@ TEST(ZQSound, StopRewindsEveryBufferAndRewindRestarts) {
     bool restored = true;
     EXPECT_EQ(board.RestoreBuffer(longer, &restored), S_FALSE) << "not lost";
     EXPECT_FALSE(restored);
+}
+
+TEST(ZQSound, WhatAWaveCannotFillIsSilenceOfItsDepth) {
+    TestBoard board;
+    for (const wchar_t* name : {L"tone8.wav", L"tone.wav"}) {
+        board.Entry(name, Data(name).c_str());
+        IDirectSoundBuffer* buffer = board.Trans(name);
+        ASSERT_NE(buffer, nullptr);
+        // A wave closed before the fill keeps its size and format but reads nothing.
+        ZQ::ZQWaveFile wave;
+        std::wstring path = Data(name);
+        ASSERT_EQ(wave.Open(&path[0], nullptr, 1), S_OK);
+        wave.Close();
+        EXPECT_EQ(board.FillBufferWithSound(buffer, &wave, false), S_OK);
+        void* bytes = nullptr;
+        DWORD length = 0;
+        ASSERT_EQ(buffer->Lock(0, 0, &bytes, &length, nullptr, nullptr, DSBLOCK_ENTIREBUFFER), S_OK);
+        const unsigned char silence = wave.GetFormat()->wBitsPerSample == 8 ? 128 : 0;
+        const unsigned char* area = static_cast<unsigned char*>(bytes);
+        EXPECT_EQ(length, wave.GetSize());
+        EXPECT_EQ(std::count(area, area + length, silence), static_cast<long>(length)) << name;
+        buffer->Unlock(bytes, length, nullptr, 0);
+    }
 }
 
 TEST(ZQSound, ADecodedMp3FillsTheSizeOfItsDuration) {

@@ -118,6 +118,17 @@ TEST(ZQWaveFile, MalformedFilesFailWithoutAFormat) {
     EXPECT_EQ(wave.Read(&byte, 1, &got), CO_E_NOTINITIALIZED);
 }
 
+TEST(ZQWaveFile, ANameThatIsNoFileOpensTheProgramsWaveResource) {
+    ZQWaveFile wave;
+    wchar_t name[] = L"ZQTESTTONE";
+    ASSERT_EQ(wave.Open(name, nullptr, 1), S_OK);
+    ASSERT_NE(wave.GetFormat(), nullptr);
+    EXPECT_EQ(wave.GetFormat()->wBitsPerSample, 8);
+    EXPECT_EQ(wave.GetSize(), 2205u) << "a tenth of a second, 8-bit mono";
+    wchar_t missing[] = L"ZQNOSUCHTONE";
+    EXPECT_EQ(wave.Open(missing, nullptr, 1), E_FAIL);
+}
+
 TEST(ZQWaveFile, MemoryReadsStartAtTheSamePlaceUntilReset) {
     Bytes data(300);
     for (size_t i = 0; i < data.size(); ++i)
