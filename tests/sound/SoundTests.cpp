@@ -162,6 +162,19 @@ TEST(ZQMp3File, BadFilesFailAndTheStreamKeepsToItsAnswers) {
             EXPECT_LE(mp3.GetSize(), 176400u);
             cut->Release();
         }
+        // A header that claims two billion frames: the size stays within what the file's bytes can carry.
+        std::vector<unsigned char> lying = music;
+        const char* tags[] = {"Xing", "Info"};
+        for (const char* tag : tags) {
+            auto at = std::search(lying.begin(), lying.end(), tag, tag + 4);
+            if (at != lying.end() && (at[7] & 1))
+                at[8] = 0x7F, at[9] = at[10] = at[11] = 0xFF;
+        }
+        WriteAll(Data(L"lying.mp3"), lying);
+        if (IDirectSoundBuffer* claimed = mp3.Open(Data(L"lying.mp3").c_str())) {
+            EXPECT_LE(mp3.GetSize(), (lying.size() / 1000.0 + 1) * 88200);
+            claimed->Release();
+        }
         for (const wchar_t* name : {L"text.mp3", L"empty.mp3", L"missing.mp3"})
             EXPECT_EQ(mp3.Open(Data(name).c_str()), nullptr) << name;
         EXPECT_EQ(mp3.Open(L"\\\\.\\NUL"), nullptr);
