@@ -50,7 +50,7 @@ TEST(ZQSound, APlayedToneComesOutAtItsLevelAndLength) {
     }
     std::vector<short> played = Captured();
     Tone tone = FindTone(played.data(), played.size() / 2, 2, 44100);
-    EXPECT_NEAR(tone.seconds, 0.5, 0.03);
+    EXPECT_NEAR(tone.seconds, 0.5, 0.05);
     EXPECT_NEAR(tone.peak, 16384, 1000);
     EXPECT_NEAR(tone.frequency, 440, 5);
 }
@@ -67,7 +67,7 @@ TEST(ZQSound, StopRewindsEveryBufferAndRewindRestarts) {
     EXPECT_TRUE(board.Play(L"tone", false, 0, DSBPLAY_LOOPING));
     Sleep(500);
     DWORD before = Position(longer);
-    EXPECT_GT(before, 22050u * 2 / 10);
+    EXPECT_GT(before, 2000u) << "playing";
     EXPECT_TRUE(board.Play(L"long", false, 0, 0));
     EXPECT_GE(Position(longer), before) << "without rewind a playing buffer goes on";
     EXPECT_TRUE(board.Play(L"long", true, 0, 0));
