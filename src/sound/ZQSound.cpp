@@ -50,7 +50,7 @@ void ZQSound::Entry(const wchar_t* name, const wchar_t* file) {
     else if (wcsstr(path, L".MP3"))
         value = ZQMp3File::Open(found);
     else
-        value = const_cast<wchar_t*>(name); // so it always was: not a buffer
+        value = const_cast<wchar_t*>(name); // deliberately the name itself, not a buffer
     if (!value)
         return;
     ZQString key(name);
@@ -153,7 +153,7 @@ HRESULT ZQSound::RestoreBuffer(IDirectSoundBuffer* buffer, bool* restored) {
         return hr;
     if (!(status & DSBSTATUS_BUFFERLOST))
         return S_FALSE;
-    // Two Restore calls a round, as it always was.
+    // Two Restore calls a round, deliberately.
     do {
         if (buffer->Restore() == kBufferLost)
             Sleep(10);
