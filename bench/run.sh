@@ -7,7 +7,7 @@ root=$PWD
 build=$root/build/mingw
 scripts/setup.sh
 cmake --preset mingw >/dev/null
-cmake --build --preset mingw --target texture_load_bench sprite_render_bench native_tools >/dev/null
+cmake --build --preset mingw --target texture_load_bench sprite_render_bench mp3_decode_bench native_tools >/dev/null
 
 art=$build/bench-art
 if [ ! -f "$art/atlas.te" ]; then
@@ -23,3 +23,21 @@ atlas="Z:${art//\//\\}\\atlas.te"
 ZQ_WINE_STATE=$build/wine "$root/cmake/wine-run.sh" texture_load_bench.exe "$atlas" "${1:-5}"
 echo
 ZQ_WINE_STATE=$build/wine "$root/cmake/wine-run.sh" sprite_render_bench.exe "$atlas" "${2:-20}"
+
+# Three minutes of 22,050 Hz stereo (a sweep on the left, pink noise on the right) as a 128 kbit/s MP3,
+# decoded by the library under Wine, then by mpg123 natively in the same run.
+piece=$build/bench-sound/piece.mp3
+if [ ! -f "$piece" ]; then
+    mkdir -p "$(dirname "$piece")"
+    sox -n -r 22050 -c 2 -b 16 "${piece%.mp3}.wav" synth 180 sine 200-2000 pinknoise vol 0.4
+    lame --quiet -b 128 "${piece%.mp3}.wav" "$piece"
+fi
+echo
+ZQ_WINE_STATE=$build/wine "$root/cmake/wine-run.sh" mp3_decode_bench.exe "Z:${piece//\//\\}" "${3:-3}" 2>/dev/null
+for round in 1 2 3; do
+    start=$(date +%s.%N)
+    mpg123 -q -s "$piece" >/dev/null
+    end=$(date +%s.%N)
+    awk -v round="$round" -v wall="$(awk -v a="$start" -v b="$end" 'BEGIN { print b - a }')" \
+        'BEGIN { printf "mpg123 (native), round %d: 180 s in %.3f s, %.0f seconds decoded per second\n", round, wall, 180 / wall }'
+done

@@ -19,8 +19,21 @@ alive() { [ -n "${1:-}" ] && kill -0 "$1" 2>/dev/null; }
 
 start() {
     mkdir -p "$HOME"
-    # Sound goes nowhere unless a test points ALSA elsewhere.
-    [ -f "$HOME/.asoundrc" ] || printf 'pcm.!default { type null }\nctl.!default { type hw card 0 }\n' >"$HOME/.asoundrc"
+    # Sound goes nowhere unless a test names a file in ZQ_SOUND_CAPTURE: then ALSA's file plugin writes
+    # what was played there, as 16-bit stereo at 44,100 Hz.
+    cat >"$HOME/.asoundrc" <<'EOF'
+pcm.!default {
+    type plug
+    slave { pcm "zqcapture" format S16_LE rate 44100 channels 2 }
+}
+pcm.zqcapture {
+    type file
+    slave.pcm "null"
+    file { @func getenv vars [ ZQ_SOUND_CAPTURE ] default "/dev/null" }
+    format "raw"
+}
+ctl.!default { type hw card 0 }
+EOF
 
     if [ ! -f "$WINEPREFIX/system.reg" ]; then
         echo "creating Wine prefix $WINEPREFIX"

@@ -34,5 +34,10 @@
 #include "ZQ/twod/ZQTexture.h"
 #include "ZQ/twod/ZQTextureChunk.h"
 
+#include "ZQ/sound/WMAStream.h"
+#include "ZQ/sound/ZQMp3File.h"
+#include "ZQ/sound/ZQSound.h"
+#include "ZQ/sound/ZQWaveFile.h"
+
 #include "ZQ/threed/ZQ3DCamera.h"
 #include "ZQ/threed/ZQ3DSpline.h"

@@ -78,6 +78,19 @@ public:
         Trans(kSceneNames[m_current]);
     }
 
+    // The click of buttons and screen changes, and the music under everything (made by the build).
+    void StartSound() {
+        m_sound = new ZQSound(GethWnd(), DSSCL_PRIORITY);
+        m_sound->Entry(L"Click", L"click.wav");
+        m_sound->Entry(L"Music", L"music.mp3");
+        m_sound->Play(L"Music", false, 0, DSBPLAY_LOOPING);
+    }
+    void Click() {
+        if (m_sound)
+            m_sound->Play(L"Click", true, 0, 0);
+    }
+    ~KioskApp() override { delete m_sound; }
+
     static void CALLBACK OnTimer(UINT, void* context) { static_cast<KioskApp*>(context)->Next(); }
 
     // Called by the scenes once they have drawn, before the frame is presented.
@@ -123,6 +136,7 @@ public:
 private:
     int m_current = 0;
     int m_shotCount = 0;
+    ZQSound* m_sound = nullptr;
 };
 
 void KioskScene::OnFrameRender(IDirect3DDevice9* device, double, float, void*) {
@@ -182,13 +196,17 @@ void KioskScene::DrawTicket() {
 }
 
 void KioskScene::OnKeyboard(UINT key, bool down, bool, void*) {
-    if (down && (key == VK_RETURN || key == VK_SPACE))
+    if (down && (key == VK_RETURN || key == VK_SPACE)) {
+        g_app->Click();
         g_app->Next();
+    }
 }
 
 void KioskScene::OnMouse(bool buttonDown, bool left, bool, bool, bool, bool, int, int, int, void*) {
-    if (buttonDown && left)
+    if (buttonDown && left) {
+        g_app->Click();
         g_app->Next();
+    }
 }
 
 } // namespace
@@ -210,6 +228,7 @@ int main() {
     app.Entry(kSceneNames[1], new KioskScene(1, D3DCOLOR_XRGB(16, 80, 40), D3DCOLOR_XRGB(250, 250, 250)));
     app.Entry(kSceneNames[2], new KioskScene(2, D3DCOLOR_XRGB(110, 60, 10), D3DCOLOR_XRGB(20, 20, 20)));
     app.Trans(kSceneNames[0]);
+    app.StartSound();
     app.AddTimer(KioskApp::OnTimer, kSceneSeconds, nullptr, &app);
     app.MainLoop(nullptr);
     std::printf("the kiosk ran %d frames\n", app.GetCurrentFrameNumber());

@@ -13,6 +13,8 @@
 #define _UNICODE
 #endif
 #include <windows.h>
+// Wave formats and mmio for the sound classes; it still needs the near and far macros removed below.
+#include <mmsystem.h>
 #include <d3d9.h>
 // The library is built against D3DX 9 version 41 (d3dx9_41.dll).
 #ifndef D3DX_SDK_VERSION

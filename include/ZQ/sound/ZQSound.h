@@ -1,0 +1,53 @@
+#pragma once
+#include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQMapper.h"
+#include "ZQ/sound/ZQMp3File.h"
+#include "ZQ/sound/ZQWaveFile.h"
+
+namespace ZQ {
+
+/// The sound board: named wave effects in static DirectSound buffers and one MP3 piece decoded
+/// whole. Names are case-insensitive. Use it from the application's thread.
+class ZQ_API ZQSound : private ZQMp3File {
+public:
+    /// Opens the default device and sets window and level as given. Without a device every
+    /// operation does nothing; when only the level fails no MP3 can be registered.
+    ZQSound(HWND window, unsigned long level);
+    /// Releases every registered buffer and the device.
+    virtual ~ZQSound();
+    ZQSound(const ZQSound& other) = default;
+    ZQSound& operator=(const ZQSound& other) = default;
+
+    /// Registers file (found by the media search) under name: ".WAV" as a static buffer, ".MP3"
+    /// decoded into the board's one stream (a later MP3 replaces the decoding, not the earlier
+    /// buffer). Any other extension registers the name pointer itself, which is no buffer: such an
+    /// entry must not be played, stopped or left in a board that is destroyed. The name is a format
+    /// string ("%" is a directive); a repeated name adds an entry that lookups never reach.
+    void Entry(const wchar_t* name, const wchar_t* file);
+    /// The buffer registered under name, or null.
+    IDirectSoundBuffer* Trans(const wchar_t* name);
+    /// Plays from the current position (rewind: from the start if it is playing); flags as the
+    /// buffer's Play (DSBPLAY_LOOPING). False for an unknown name or no device.
+    bool Play(const wchar_t* name, bool rewind, unsigned long priority, unsigned long flags);
+    /// True while the buffer plays.
+    bool isPlay(const wchar_t* name);
+    /// Stops every buffer and sets it back to its start.
+    void Stop();
+    /// Stops one buffer and sets it back to its start.
+    void Stop(const wchar_t* name);
+
+protected:
+    /// A static buffer filled from a wave file, or null.
+    IDirectSoundBuffer* Create(const wchar_t* file, unsigned long flags, GUID algorithm);
+    /// Fills the buffer from the start of the wave's data; the rest is silence (or the data again
+    /// with repeat).
+    HRESULT FillBufferWithSound(IDirectSoundBuffer* buffer, ZQWaveFile* wave, bool repeat);
+    /// Restores a lost buffer (contents not refilled); S_FALSE when it was not lost.
+    HRESULT RestoreBuffer(IDirectSoundBuffer* buffer, bool* restored);
+
+private:
+    IDirectSound8* m_device;
+    ZQMapper m_sounds; ///< upper-cased name to IDirectSoundBuffer*
+};
+
+} // namespace ZQ

@@ -1,0 +1,166 @@
+#include "ZQ/sound/ZQSound.h"
+
+#include "ZQ/frame/ZQMediaSearch.h"
+
+#include <cstring>
+#include <cwchar>
+#include <new>
+
+namespace ZQ {
+
+namespace {
+
+const HRESULT kBufferLost = static_cast<HRESULT>(0x88780096); // DSERR_BUFFERLOST
+
+IDirectSoundBuffer* Buffer(void* value) { return static_cast<IDirectSoundBuffer*>(value); }
+
+void Rewind(IDirectSoundBuffer* buffer) {
+    buffer->Stop();
+    buffer->SetCurrentPosition(0);
+}
+
+} // namespace
+
+ZQSound::ZQSound(HWND window, unsigned long level) : ZQMp3File(nullptr), m_device(nullptr) {
+    if (FAILED(DirectSoundCreate8(nullptr, &m_device, nullptr))) {
+        m_device = nullptr;
+        return;
+    }
+    if (SUCCEEDED(m_device->SetCooperativeLevel(window, level)))
+        SetDevice(m_device);
+}
+
+ZQSound::~ZQSound() {
+    for (ZQMapper::iterator it = m_sounds.begin(); it != m_sounds.end(); ++it)
+        Buffer(it->value)->Release();
+    if (m_device)
+        m_device->Release();
+}
+
+void ZQSound::Entry(const wchar_t* name, const wchar_t* file) {
+    if (!m_device)
+        return;
+    wchar_t found[MAX_PATH];
+    ZQFindDXSDKMediaFileCch(found, MAX_PATH, file);
+    ZQString path(L"%s", found);
+    path.upper();
+    void* value;
+    if (wcsstr(path, L".WAV"))
+        value = Create(found, DSBCAPS_CTRLVOLUME, GUID());
+    else if (wcsstr(path, L".MP3"))
+        value = ZQMp3File::Open(found);
+    else
+        value = const_cast<wchar_t*>(name); // deliberately the name itself, not a buffer
+    if (!value)
+        return;
+    ZQString key(name);
+    m_sounds.insert(key, value);
+}
+
+IDirectSoundBuffer* ZQSound::Trans(const wchar_t* name) {
+    return m_device ? Buffer(m_sounds.find(name)) : nullptr;
+}
+
+bool ZQSound::Play(const wchar_t* name, bool rewind, unsigned long priority, unsigned long flags) {
+    IDirectSoundBuffer* buffer = Trans(name);
+    if (!buffer)
+        return false;
+    DWORD status = 0;
+    if (rewind && SUCCEEDED(buffer->GetStatus(&status)) && (status & DSBSTATUS_PLAYING))
+        buffer->SetCurrentPosition(0);
+    buffer->Play(0, priority, flags);
+    return true;
+}
+
+bool ZQSound::isPlay(const wchar_t* name) {
+    IDirectSoundBuffer* buffer = Trans(name);
+    DWORD status = 0;
+    return buffer && SUCCEEDED(buffer->GetStatus(&status)) && (status & DSBSTATUS_PLAYING);
+}
+
+void ZQSound::Stop() {
+    for (ZQMapper::iterator it = m_sounds.begin(); it != m_sounds.end(); ++it)
+        Rewind(Buffer(it->value));
+}
+
+void ZQSound::Stop(const wchar_t* name) {
+    if (IDirectSoundBuffer* buffer = Trans(name))
+        Rewind(buffer);
+}
+
+IDirectSoundBuffer* ZQSound::Create(const wchar_t* file, unsigned long flags, GUID algorithm) {
+    ZQWaveFile* wave = new (std::nothrow) ZQWaveFile;
+    if (!wave)
+        return nullptr;
+    wave->Open(const_cast<wchar_t*>(file), nullptr, 1);
+    DSBUFFERDESC description = {};
+    // The structure's own size (36 bytes in a 32-bit build).
+    description.dwSize = sizeof description;
+    description.dwFlags = flags;
+    description.dwBufferBytes = wave->GetSize();
+    description.lpwfxFormat = wave->GetFormat();
+    description.guid3DAlgorithm = algorithm;
+    IDirectSoundBuffer* buffer = nullptr;
+    if (FAILED(m_device->CreateSoundBuffer(&description, &buffer, nullptr))) {
+        delete wave;
+        return nullptr;
+    }
+    FillBufferWithSound(buffer, wave, false);
+    delete wave;
+    return buffer;
+}
+
+HRESULT ZQSound::FillBufferWithSound(IDirectSoundBuffer* buffer, ZQWaveFile* wave, bool repeat) {
+    if (!buffer || !wave)
+        return CO_E_NOTINITIALIZED;
+    HRESULT hr = RestoreBuffer(buffer, nullptr);
+    if (FAILED(hr))
+        return hr;
+    void* bytes = nullptr;
+    DWORD locked = 0;
+    hr = buffer->Lock(0, wave->GetSize(), &bytes, &locked, nullptr, nullptr, 0);
+    if (FAILED(hr))
+        return hr;
+    unsigned char* area = static_cast<unsigned char*>(bytes);
+    const WAVEFORMATEX* format = wave->GetFormat();
+    const int silence = format && format->wBitsPerSample == 8 ? 128 : 0;
+
+    unsigned long read = 0;
+    wave->ResetFile();
+    wave->Read(area, locked, &read);
+    if (repeat && read > 0) {
+        while (read < locked) {
+            unsigned long more = 0;
+            if (FAILED(wave->ResetFile()) || FAILED(wave->Read(area + read, locked - read, &more)) || more == 0)
+                break;
+            read += more;
+        }
+    }
+    if (read < locked)
+        memset(area + read, silence, locked - read);
+    buffer->Unlock(bytes, locked, nullptr, 0);
+    return S_OK;
+}
+
+HRESULT ZQSound::RestoreBuffer(IDirectSoundBuffer* buffer, bool* restored) {
+    if (!buffer)
+        return CO_E_NOTINITIALIZED;
+    if (restored)
+        *restored = false;
+    DWORD status = 0;
+    HRESULT hr = buffer->GetStatus(&status);
+    if (FAILED(hr))
+        return hr;
+    if (!(status & DSBSTATUS_BUFFERLOST))
+        return S_FALSE;
+    // Two Restore calls a round, deliberately.
+    do {
+        if (buffer->Restore() == kBufferLost)
+            Sleep(10);
+    } while (buffer->Restore() == kBufferLost);
+    if (restored)
+        *restored = true;
+    return S_OK;
+}
+
+} // namespace ZQ

@@ -1,0 +1,83 @@
+#include "SoundTestSupport.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <cwchar>
+#include <algorithm>
+
+namespace soundtest {
+
+namespace {
+
+std::wstring WindowsPath(const wchar_t* variable) {
+    const wchar_t* unixPath = _wgetenv(variable);
+    std::wstring path = L"Z:";
+    for (const wchar_t* c = unixPath ? unixPath : L""; *c; ++c)
+        path += *c == L'/' ? L'\\' : *c;
+    return path;
+}
+
+} // namespace
+
+std::wstring Data(const wchar_t* name) { return WindowsPath(L"ZQ_TEST_SOUNDS") + L"\\" + name; }
+
+std::vector<unsigned char> ReadAll(const std::wstring& path) {
+    std::vector<unsigned char> bytes;
+    if (FILE* file = _wfopen(path.c_str(), L"rb")) {
+        unsigned char buffer[65536];
+        size_t read;
+        while ((read = fread(buffer, 1, sizeof buffer, file)) > 0)
+            bytes.insert(bytes.end(), buffer, buffer + read);
+        fclose(file);
+    }
+    return bytes;
+}
+
+void WriteAll(const std::wstring& path, const std::vector<unsigned char>& bytes) {
+    if (FILE* file = _wfopen(path.c_str(), L"wb")) {
+        fwrite(bytes.data(), 1, bytes.size(), file);
+        fclose(file);
+    }
+}
+
+HWND Window() {
+    static HWND window = CreateWindowExW(0, L"STATIC", L"sound tests", 0, 0, 0, 16, 16, nullptr, nullptr,
+                                         GetModuleHandleW(nullptr), nullptr);
+    return window;
+}
+
+Tone FindTone(const short* samples, size_t count, size_t step, double rate) {
+    const int threshold = 1000;
+    size_t first = count, last = 0;
+    for (size_t i = 0; i < count; ++i)
+        if (std::abs(samples[i * step]) > threshold) {
+            first = std::min(first, i);
+            last = i;
+        }
+    Tone tone;
+    if (first >= last)
+        return tone;
+    size_t crossings = 0, firstCrossing = 0, lastCrossing = 0;
+    for (size_t i = first + 1; i <= last; ++i) {
+        tone.peak = std::max(tone.peak, static_cast<double>(samples[i * step]));
+        if (samples[(i - 1) * step] < 0 && samples[i * step] >= 0) {
+            if (crossings++ == 0)
+                firstCrossing = i;
+            lastCrossing = i;
+        }
+    }
+    tone.seconds = (last - first + 1) / rate;
+    if (crossings > 1)
+        tone.frequency = (crossings - 1) * rate / (lastCrossing - firstCrossing);
+    return tone;
+}
+
+std::vector<short> Captured() {
+    std::vector<unsigned char> bytes = ReadAll(WindowsPath(L"ZQ_SOUND_CAPTURE"));
+    std::vector<short> samples(bytes.size() / 2);
+    memcpy(samples.data(), bytes.data(), samples.size() * 2);
+    return samples;
+}
+
+} // namespace soundtest

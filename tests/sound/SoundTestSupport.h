@@ -1,0 +1,26 @@
+// What the sound tests share: their files, a window, and the analysis of what was played.
+#pragma once
+#include <ZQVelisto.h>
+
+#include <string>
+#include <vector>
+
+namespace soundtest {
+
+/// The path (Windows form) of a file made for the tests, or of a new file there.
+std::wstring Data(const wchar_t* name);
+std::vector<unsigned char> ReadAll(const std::wstring& path);
+void WriteAll(const std::wstring& path, const std::vector<unsigned char>& bytes);
+/// A hidden window for the cooperative level.
+HWND Window();
+
+/// The tone found in 16-bit samples (one channel, every step-th value): where the level first and
+/// last exceeds a threshold, its peak and its frequency from zero crossings.
+struct Tone {
+    double seconds = 0, peak = 0, frequency = 0;
+};
+Tone FindTone(const short* samples, size_t count, size_t step, double rate);
+/// What ALSA's file plugin captured so far (16-bit stereo, 44,100 Hz).
+std::vector<short> Captured();
+
+} // namespace soundtest

@@ -1,0 +1,228 @@
+#include "SoundTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+using soundtest::Captured;
+using soundtest::Data;
+using soundtest::FindTone;
+using soundtest::ReadAll;
+using soundtest::Tone;
+using soundtest::Window;
+using soundtest::WriteAll;
+using ZQ::ZQMp3File;
+using ZQ::ZQSound;
+
+namespace {
+
+DWORD Position(IDirectSoundBuffer* buffer) {
+    DWORD play = 0, write = 0;
+    buffer->GetCurrentPosition(&play, &write);
+    return play;
+}
+
+bool WaitUntilSilent(ZQSound& board, const wchar_t* name) {
+    for (int i = 0; i < 300 && board.isPlay(name); ++i)
+        Sleep(10);
+    return !board.isPlay(name);
+}
+
+class TestBoard : public ZQSound {
+public:
+    TestBoard() : ZQSound(Window(), DSSCL_PRIORITY) {}
+    using ZQSound::FillBufferWithSound;
+    using ZQSound::RestoreBuffer;
+};
+
+} // namespace
+
+TEST(ZQSound, APlayedToneComesOutAtItsLevelAndLength) {
+    {
+        ZQSound board(Window(), DSSCL_PRIORITY);
+        board.Entry(L"Tone", Data(L"tone.wav").c_str());
+        ASSERT_TRUE(board.Play(L"TONE", true, 0, 0));
+        EXPECT_TRUE(board.isPlay(L"tone"));
+        EXPECT_TRUE(WaitUntilSilent(board, L"tone"));
+        Sleep(200); // the mixer's last periods
+    }
+    std::vector<short> played = Captured();
+    Tone tone = FindTone(played.data(), played.size() / 2, 2, 44100);
+    EXPECT_NEAR(tone.seconds, 0.5, 0.05);
+    EXPECT_NEAR(tone.peak, 16384, 1000);
+    EXPECT_NEAR(tone.frequency, 440, 5);
+}
+
+TEST(ZQSound, StopRewindsEveryBufferAndRewindRestarts) {
+    TestBoard board;
+    board.Entry(L"Long", Data(L"long.wav").c_str());
+    board.Entry(L"Tone", Data(L"tone8.wav").c_str());
+    IDirectSoundBuffer* longer = board.Trans(L"long");
+    ASSERT_NE(longer, nullptr);
+    ASSERT_NE(board.Trans(L"TONE"), nullptr);
+
+    EXPECT_TRUE(board.Play(L"long", false, 0, DSBPLAY_LOOPING));
+    EXPECT_TRUE(board.Play(L"tone", false, 0, DSBPLAY_LOOPING));
+    Sleep(500);
+    DWORD before = Position(longer);
+    EXPECT_GT(before, 2000u) << "playing";
+    EXPECT_TRUE(board.Play(L"long", false, 0, 0));
+    EXPECT_GE(Position(longer), before) << "without rewind a playing buffer goes on";
+    EXPECT_TRUE(board.Play(L"long", true, 0, 0));
+    EXPECT_LT(Position(longer), before) << "rewind restarts it";
+
+    board.Stop();
+    for (const wchar_t* name : {L"long", L"tone"}) {
+        EXPECT_FALSE(board.isPlay(name));
+        EXPECT_EQ(Position(board.Trans(name)), 0u);
+    }
+    board.Play(L"tone", false, 0, 0);
+    board.Stop(L"Tone");
+    EXPECT_EQ(Position(board.Trans(L"tone")), 0u);
+
+    EXPECT_FALSE(board.Play(L"missing", true, 0, 0));
+    EXPECT_FALSE(board.isPlay(L"missing"));
+    bool restored = true;
+    EXPECT_EQ(board.RestoreBuffer(longer, &restored), S_FALSE) << "not lost";
+    EXPECT_FALSE(restored);
+}
+
+TEST(ZQSound, WhatAWaveCannotFillIsSilenceOfItsDepth) {
+    TestBoard board;
+    for (const wchar_t* name : {L"tone8.wav", L"tone.wav"}) {
+        board.Entry(name, Data(name).c_str());
+        IDirectSoundBuffer* buffer = board.Trans(name);
+        ASSERT_NE(buffer, nullptr);
+        // A wave closed before the fill keeps its size and format but reads nothing.
+        ZQ::ZQWaveFile wave;
+        std::wstring path = Data(name);
+        ASSERT_EQ(wave.Open(&path[0], nullptr, 1), S_OK);
+        wave.Close();
+        EXPECT_EQ(board.FillBufferWithSound(buffer, &wave, false), S_OK);
+        void* bytes = nullptr;
+        DWORD length = 0;
+        ASSERT_EQ(buffer->Lock(0, 0, &bytes, &length, nullptr, nullptr, DSBLOCK_ENTIREBUFFER), S_OK);
+        const unsigned char silence = wave.GetFormat()->wBitsPerSample == 8 ? 128 : 0;
+        const unsigned char* area = static_cast<unsigned char*>(bytes);
+        EXPECT_EQ(length, wave.GetSize());
+        EXPECT_EQ(std::count(area, area + length, silence), static_cast<long>(length)) << name;
+        buffer->Unlock(bytes, length, nullptr, 0);
+    }
+}
+
+TEST(ZQSound, ADecodedMp3FillsTheSizeOfItsDuration) {
+    ZQSound board(Window(), DSSCL_PRIORITY);
+    board.Entry(L"Music", Data(L"music.mp3").c_str());
+    IDirectSoundBuffer* music = board.Trans(L"music");
+    ASSERT_NE(music, nullptr);
+    WAVEFORMATEX format = {};
+    music->GetFormat(&format, sizeof format, nullptr);
+    EXPECT_EQ(format.nChannels, 2);
+    EXPECT_EQ(format.wBitsPerSample, 16);
+    EXPECT_EQ(format.nSamplesPerSec, 22050u);
+    DSBCAPS caps = {};
+    caps.dwSize = sizeof caps;
+    music->GetCaps(&caps);
+    EXPECT_EQ(caps.dwBufferBytes, 176400u) << "two seconds at 88,200 bytes a second";
+    void* bytes = nullptr;
+    DWORD length = 0;
+    ASSERT_EQ(music->Lock(0, 0, &bytes, &length, nullptr, nullptr, DSBLOCK_ENTIREBUFFER), S_OK);
+    Tone tone = FindTone(static_cast<short*>(bytes), length / 4, 2, 22050);
+    music->Unlock(bytes, length, nullptr, 0);
+    EXPECT_NEAR(tone.frequency, 440, 5);
+    EXPECT_NEAR(tone.peak, 16384, 1500);
+    EXPECT_GT(tone.seconds, 1.9);
+}
+
+TEST(ZQMp3File, BadFilesFailAndTheStreamKeepsToItsAnswers) {
+    IDirectSound8* device = nullptr;
+    ASSERT_EQ(DirectSoundCreate8(nullptr, &device, nullptr), S_OK);
+    device->SetCooperativeLevel(Window(), DSSCL_PRIORITY);
+    {
+        ZQMp3File mp3(device);
+        unsigned char* value = reinterpret_cast<unsigned char*>(1);
+        EXPECT_EQ(mp3.GetHeaderAttribute(L"Duration", &value), E_UNEXPECTED);
+        IDirectSoundBuffer* buffer = mp3.Open(Data(L"music.mp3").c_str());
+        ASSERT_NE(buffer, nullptr);
+        EXPECT_EQ(mp3.GetSize(), 176400u);
+        EXPECT_EQ(mp3.GetHeaderAttribute(L"NoSuchAttribute", &value), S_OK);
+        EXPECT_EQ(value, nullptr);
+        EXPECT_EQ(mp3.GetHeaderAttribute(L"Duration", nullptr), E_INVALIDARG);
+        buffer->Release();
+
+        // Cut short, not audio at all, empty, and a device instead of a file.
+        std::vector<unsigned char> music = ReadAll(Data(L"music.mp3"));
+        WriteAll(Data(L"cut.mp3"), std::vector<unsigned char>(music.begin(), music.begin() + music.size() / 3));
+        WriteAll(Data(L"text.mp3"), std::vector<unsigned char>(5000, 'x'));
+        WriteAll(Data(L"empty.mp3"), {});
+        IDirectSoundBuffer* cut = mp3.Open(Data(L"cut.mp3").c_str());
+        if (cut) {
+            EXPECT_LE(mp3.GetSize(), 176400u);
+            cut->Release();
+        }
+        // A header that claims two billion frames: the size stays within what the file's bytes can carry.
+        std::vector<unsigned char> lying = music;
+        const char* tags[] = {"Xing", "Info"};
+        for (const char* tag : tags) {
+            auto at = std::search(lying.begin(), lying.end(), tag, tag + 4);
+            if (at != lying.end() && (at[7] & 1))
+                at[8] = 0x7F, at[9] = at[10] = at[11] = 0xFF;
+        }
+        WriteAll(Data(L"lying.mp3"), lying);
+        if (IDirectSoundBuffer* claimed = mp3.Open(Data(L"lying.mp3").c_str())) {
+            EXPECT_LE(mp3.GetSize(), (lying.size() / 1000.0 + 1) * 88200);
+            claimed->Release();
+        }
+        for (const wchar_t* name : {L"text.mp3", L"empty.mp3", L"missing.mp3"})
+            EXPECT_EQ(mp3.Open(Data(name).c_str()), nullptr) << name;
+        EXPECT_EQ(mp3.Open(L"\\\\.\\NUL"), nullptr);
+    }
+    device->Release();
+
+    ZQ::WMAStream* stream = new ZQ::WMAStream;
+    STATSTG stat;
+    EXPECT_EQ(stream->Stat(&stat, STATFLAG_NONAME), E_UNEXPECTED);
+    EXPECT_EQ(stream->Open(L"\\\\.\\NUL"), E_FAIL) << "not a disk file";
+    EXPECT_EQ(stream->Open(Data(L"missing.mp3").c_str()), HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
+    ASSERT_EQ(stream->Open(Data(L"music.mp3").c_str()), S_OK);
+    EXPECT_EQ(stream->Stat(&stat, STATFLAG_DEFAULT), E_INVALIDARG);
+    EXPECT_EQ(stream->Stat(&stat, STATFLAG_NONAME), S_OK);
+    EXPECT_EQ(stat.cbSize.QuadPart, ReadAll(Data(L"music.mp3")).size());
+    void* object = nullptr;
+    EXPECT_EQ(stream->QueryInterface(__uuidof(IStream), &object), S_OK);
+    EXPECT_EQ(stream->QueryInterface(__uuidof(IPersist), &object), E_NOTIMPL);
+    LARGE_INTEGER move;
+    move.QuadPart = 0x100000010LL;
+    ULARGE_INTEGER position;
+    EXPECT_EQ(stream->Seek(move, 0, &position), S_OK);
+    EXPECT_EQ(position.QuadPart, 0x10u) << "the low 32 bits only";
+    EXPECT_EQ(stream->Seek(move, 3, &position), E_INVALIDARG);
+    EXPECT_EQ(stream->Release(), 1u);
+    EXPECT_EQ(stream->Release(), 0u);
+}
+
+TEST(ZQSound, MalformedWavesRegisterNothingAndNamesIgnoreCase) {
+    struct Case {
+        const char* name;
+        uint16_t channels;
+        uint32_t rate;
+    };
+    ZQSound board(Window(), DSSCL_PRIORITY);
+    board.Entry(L"Tone", Data(L"tone.wav").c_str());
+    board.Entry(L"Broken", Data(L"missing.wav").c_str());
+    EXPECT_NE(board.Trans(L"tONE"), nullptr);
+    EXPECT_EQ(board.Trans(L"broken"), nullptr);
+    std::vector<unsigned char> tone = ReadAll(Data(L"tone.wav"));
+    for (const Case& c : {Case{"zero channels", 0, 22050}, Case{"huge rate", 1, 0xFFFFFFF0u}}) {
+        std::vector<unsigned char> bytes = tone;
+        memcpy(&bytes[22], &c.channels, 2);
+        memcpy(&bytes[24], &c.rate, 4);
+        WriteAll(Data(L"odd.wav"), bytes);
+        board.Entry(L"Odd", Data(L"odd.wav").c_str());
+        if (board.Trans(L"odd")) // the platform may take a format it then plays as best it can
+            board.Play(L"odd", true, 0, 0);
+        board.Stop();
+    }
+}
