@@ -15,9 +15,11 @@
 #include "ZQ/core/ZQTimer.h"
 #include "ZQ/core/ZQVector.h"
 
+#include "ZQ/frame/ZQD3DEnumeration.h"
 #include "ZQ/frame/ZQDeviceSettings.h"
 #include "ZQ/frame/ZQDirect3d.h"
 #include "ZQ/frame/ZQErrors.h"
+#include "ZQ/frame/ZQGameControllers.h"
 #include "ZQ/frame/ZQKeyboard.h"
 #include "ZQ/frame/ZQMediaSearch.h"
 #include "ZQ/frame/ZQMouse.h"

@@ -1,9 +1,6 @@
 // Matching wanted device settings against what the adapter offers.
 #include "ZQ/frame/ZQDirect3d.h"
 
-#include <climits>
-#include <cstdlib>
-
 namespace ZQ {
 
 namespace {
@@ -13,26 +10,6 @@ const D3DFORMAT kDepthFormats[] = {D3DFMT_D24S8, D3DFMT_D24X8, D3DFMT_D16};
 const UINT kDefaultWidth = 640;
 const UINT kDefaultHeight = 480;
 
-// The display mode of the format closest in size to the wanted one (same refresh as the desktop preferred).
-bool ClosestMode(IDirect3D9* d3d, UINT adapter, D3DFORMAT format, UINT width, UINT height, UINT refresh,
-                 D3DDISPLAYMODE* best) {
-    const UINT count = d3d->GetAdapterModeCount(adapter, format);
-    long long bestScore = LLONG_MAX;
-    for (UINT i = 0; i < count; ++i) {
-        D3DDISPLAYMODE mode;
-        if (FAILED(d3d->EnumAdapterModes(adapter, format, i, &mode)))
-            continue;
-        const long long score = std::llabs(static_cast<long long>(mode.Width) - width) +
-                                std::llabs(static_cast<long long>(mode.Height) - height) +
-                                (mode.RefreshRate == refresh ? 0 : 1);
-        if (score < bestScore) {
-            bestScore = score;
-            *best = mode;
-        }
-    }
-    return bestScore != LLONG_MAX;
-}
-
 } // namespace
 
 HRESULT ZQDirect3d::FindValidDeviceSettings(_ZQDeviceSettings_tag* valid, const _ZQDeviceSettings_tag* wanted) {
@@ -41,7 +18,10 @@ HRESULT ZQDirect3d::FindValidDeviceSettings(_ZQDeviceSettings_tag* valid, const 
         return E_INVALIDARG;
     if (!d3d)
         return ZQ_E_NO_DIRECT3D;
-    const UINT adapter = wanted->AdapterOrdinal < d3d->GetAdapterCount() ? wanted->AdapterOrdinal : 0;
+    const ZQD3DEnumeration* enumeration = PrepareEnumerationObject();
+    if (!enumeration)
+        return ZQ_E_NO_COMPATIBLE_DEVICES;
+    const UINT adapter = wanted->AdapterOrdinal < enumeration->GetAdapterCount() ? wanted->AdapterOrdinal : 0;
     const D3DDEVTYPE type = wanted->DeviceType == D3DDEVTYPE_REF ? D3DDEVTYPE_REF : D3DDEVTYPE_HAL;
     const bool windowed = wanted->pp.Windowed != FALSE;
     D3DDISPLAYMODE desktop;
@@ -129,7 +109,7 @@ HRESULT ZQDirect3d::FindValidDeviceSettings(_ZQDeviceSettings_tag* valid, const 
         const UINT width = wanted->pp.BackBufferWidth ? wanted->pp.BackBufferWidth : desktop.Width;
         const UINT height = wanted->pp.BackBufferHeight ? wanted->pp.BackBufferHeight : desktop.Height;
         D3DDISPLAYMODE mode = desktop;
-        if (!ClosestMode(d3d, adapter, adapterFormat, width, height, desktop.RefreshRate, &mode) &&
+        if (!enumeration->FindClosestMode(adapter, adapterFormat, width, height, desktop.RefreshRate, &mode) &&
             adapterFormat != desktop.Format)
             return ZQ_E_NO_COMPATIBLE_DEVICES;
         pp.BackBufferWidth = mode.Width;

@@ -21,21 +21,33 @@ namespace {
 const UINT kD3DSdkVersion = 32;
 const UINT kD3DXSdkVersion = 41;
 const DWORD kLostDeviceSleepMs = 50;
+
+// Reads a system accessibility record into the keyboard's saved one.
+template <typename Record> void SaveSystemRecord(Record* record, UINT getAction) {
+    if (!record)
+        return;
+    record->cbSize = sizeof(Record);
+    SystemParametersInfoW(getAction, sizeof(Record), record, 0);
+}
 } // namespace
 
 ZQDirect3d::ZQDirect3d()
-    : m_windowedPlacement(), m_backBufferSurfaceDesc(), m_caps(), m_pCurrentDeviceSettings(nullptr),
-      m_pTimer(new ZQTimer), m_deviceStats(), m_staticFrameStats(), m_fpsStats(), m_frameStats(), m_nextTimerId(1) {
+    : m_ownWindowedPlacement(), m_ownBackBufferSurfaceDesc(), m_ownCaps(), m_ownDeviceSettings(),
+      m_ownEnumeration(nullptr), m_frameStats(), m_nextTimerId(1) {
     InitializeCriticalSection(&m_stateLock);
-    m_windowedPlacement.length = sizeof m_windowedPlacement;
+    m_ownWindowedPlacement.length = sizeof m_ownWindowedPlacement;
+    m_WindowedPlacement = &m_ownWindowedPlacement;
+    m_BackBufferSurfaceDesc = &m_ownBackBufferSurfaceDesc;
+    m_Caps = &m_ownCaps;
+    m_Timer = &m_ownTimer;
+    m_TimerList = &m_ownTimerList;
     m_pDirect3d = this;
 }
 
 ZQDirect3d::~ZQDirect3d() {
     Cleanup3DEnvironment(true);
     ReleaseD3D();
-    delete m_pCurrentDeviceSettings;
-    delete m_pTimer;
+    delete m_ownEnumeration;
     if (m_pDirect3d == this)
         m_pDirect3d = nullptr;
     DeleteCriticalSection(&m_stateLock);
@@ -56,27 +68,44 @@ ZQDirect3d::~ZQDirect3d() {
 ZQ_DIRECT3D_STATE(ZQ_DEFINE_ACCESSORS)
 #undef ZQ_DEFINE_ACCESSORS
 
-D3DCAPS9 ZQDirect3d::GetDeviceCaps() {
+D3DSURFACE_DESC ZQDirect3d::BackBufferCopy() {
     ZQLock lock(&m_stateLock);
-    return m_caps;
-}
-
-D3DSURFACE_DESC ZQDirect3d::GetBackBufferSurfaceDesc() {
-    ZQLock lock(&m_stateLock);
-    return m_backBufferSurfaceDesc;
+    D3DSURFACE_DESC desc = {};
+    if (m_BackBufferSurfaceDesc)
+        desc = *m_BackBufferSurfaceDesc;
+    return desc;
 }
 
 _ZQDeviceSettings_tag ZQDirect3d::GetDeviceSettings() {
     ZQLock lock(&m_stateLock);
     _ZQDeviceSettings_tag settings = {};
-    if (m_pCurrentDeviceSettings)
-        settings = *m_pCurrentDeviceSettings;
+    if (m_CurrentDeviceSettings)
+        settings = *m_CurrentDeviceSettings;
     return settings;
 }
 
 bool ZQDirect3d::IsWindowed() {
     ZQLock lock(&m_stateLock);
-    return !m_pCurrentDeviceSettings || m_pCurrentDeviceSettings->pp.Windowed;
+    return !m_CurrentDeviceSettings || m_CurrentDeviceSettings->pp.Windowed;
+}
+
+ZQD3DEnumeration* ZQDirect3d::PrepareEnumerationObject(bool enumerate) {
+    IDirect3D9* d3d = GetD3D();
+    if (!d3d)
+        return nullptr;
+    ZQD3DEnumeration* enumeration = GetD3DEnumeration();
+    if (!enumeration) {
+        {
+            ZQLock lock(&m_stateLock);
+            if (!m_ownEnumeration)
+                m_ownEnumeration = new ZQD3DEnumeration;
+            enumeration = m_ownEnumeration;
+        }
+        SetD3DEnumeration(enumeration);
+    }
+    if (enumerate || !enumeration->HasEnumerated())
+        enumeration->Enumerate(d3d);
+    return enumeration;
 }
 
 bool ZQDirect3d::IsActive() {
@@ -100,15 +129,9 @@ HRESULT ZQDirect3d::Init(bool parseCommandLine, bool, bool, bool) {
 
     INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_WIN95_CLASSES};
     InitCommonControlsEx(&controls);
-    STICKYKEYS sticky = {sizeof sticky, 0};
-    TOGGLEKEYS toggle = {sizeof toggle, 0};
-    FILTERKEYS filter = {sizeof filter, 0, 0, 0, 0, 0};
-    SystemParametersInfoW(SPI_GETSTICKYKEYS, sizeof sticky, &sticky, 0);
-    SystemParametersInfoW(SPI_GETTOGGLEKEYS, sizeof toggle, &toggle, 0);
-    SystemParametersInfoW(SPI_GETFILTERKEYS, sizeof filter, &filter, 0);
-    SetStartupStickyKeys(&sticky);
-    SetStartupToggleKeys(&toggle);
-    SetStartupFilterKeys(&filter);
+    SaveSystemRecord(GetStartupStickyKeys(), SPI_GETSTICKYKEYS);
+    SaveSystemRecord(GetStartupToggleKeys(), SPI_GETTOGGLEKEYS);
+    SaveSystemRecord(GetStartupFilterKeys(), SPI_GETFILTERKEYS);
 
     // One-millisecond timer resolution, from the system's own multimedia library.
     wchar_t winmm[MAX_PATH];
@@ -139,7 +162,8 @@ HRESULT ZQDirect3d::Init(bool parseCommandLine, bool, bool, bool) {
         }
         SetD3D(d3d);
     }
-    m_pTimer->Reset();
+    if (ZQTimer* timer = GetTimer())
+        timer->Reset();
     SetInited(true);
     return S_OK;
 }
@@ -264,7 +288,17 @@ HRESULT ZQDirect3d::CreateDevice(UINT adapter, bool windowed, int width, int hei
         DisplayErrorMessage(hr);
         return hr;
     }
-    return ChangeDevice(&valid, nullptr, false, true);
+    hr = ChangeDevice(&valid, nullptr, false, true);
+    // The command line's start position moves the window the device renders to.
+    HWND hWnd = GethWndDeviceWindowed();
+    const int startX = GetOverrideStartX(), startY = GetOverrideStartY();
+    if (SUCCEEDED(hr) && hWnd && IsWindowed() && (startX != -1 || startY != -1)) {
+        RECT frame;
+        GetWindowRect(hWnd, &frame);
+        SetWindowPos(hWnd, nullptr, startX != -1 ? startX : frame.left, startY != -1 ? startY : frame.top, 0, 0,
+                     SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+    return hr;
 }
 
 HRESULT ZQDirect3d::ChangeDevice(const _ZQDeviceSettings_tag* settings, IDirect3DDevice9* device, bool forceRecreate,
@@ -293,7 +327,8 @@ HRESULT ZQDirect3d::ChangeDevice(const _ZQDeviceSettings_tag* settings, IDirect3
         GetWindowPlacement(hWnd, &placement);
         {
             ZQLock lock(&m_stateLock);
-            m_windowedPlacement = placement;
+            if (m_WindowedPlacement)
+                *m_WindowedPlacement = placement;
         }
         SetWindowedStyleAtModeChange(static_cast<DWORD>(GetWindowLongW(hWnd, GWL_STYLE)));
         SetWindowBackBufferWidthAtModeChange(previous.pp.BackBufferWidth);
@@ -308,8 +343,8 @@ HRESULT ZQDirect3d::ChangeDevice(const _ZQDeviceSettings_tag* settings, IDirect3
     if (canReset) {
         {
             ZQLock lock(&m_stateLock);
-            if (m_pCurrentDeviceSettings)
-                *m_pCurrentDeviceSettings = next;
+            if (m_CurrentDeviceSettings)
+                *m_CurrentDeviceSettings = next;
         }
         hr = Reset3DEnvironment();
         if (hr == D3DERR_DEVICELOST) {
@@ -326,13 +361,15 @@ HRESULT ZQDirect3d::ChangeDevice(const _ZQDeviceSettings_tag* settings, IDirect3
 
     if (hWnd && next.pp.Windowed) {
         if (wasDevice && !previous.pp.Windowed) {
-            WINDOWPLACEMENT placement;
+            WINDOWPLACEMENT placement = {};
             {
                 ZQLock lock(&m_stateLock);
-                placement = m_windowedPlacement;
+                if (m_WindowedPlacement)
+                    placement = *m_WindowedPlacement;
             }
             SetWindowLongW(hWnd, GWL_STYLE, static_cast<LONG>(GetWindowedStyleAtModeChange()));
-            SetWindowPlacement(hWnd, &placement);
+            if (placement.length == sizeof placement)
+                SetWindowPlacement(hWnd, &placement);
         }
         AdjustWindowToBackBuffer(next);
     }
@@ -368,9 +405,9 @@ HRESULT ZQDirect3d::Create3DEnvironment(const _ZQDeviceSettings_tag& settings) {
                                    &created.pp, &device);
     {
         ZQLock lock(&m_stateLock);
-        if (!m_pCurrentDeviceSettings)
-            m_pCurrentDeviceSettings = new _ZQDeviceSettings_tag;
-        *m_pCurrentDeviceSettings = created;
+        if (!m_CurrentDeviceSettings)
+            m_CurrentDeviceSettings = &m_ownDeviceSettings;
+        *m_CurrentDeviceSettings = created;
     }
     if (hr == D3DERR_DEVICELOST) {
         SetDeviceLost(true);
@@ -384,10 +421,11 @@ HRESULT ZQDirect3d::Create3DEnvironment(const _ZQDeviceSettings_tag& settings) {
     SetDeviceCreated(true);
     {
         ZQLock lock(&m_stateLock);
-        device->GetDeviceCaps(&m_caps);
+        if (m_Caps)
+            device->GetDeviceCaps(m_Caps);
     }
     UpdateBackBufferDescription(device);
-    GetDeviceStats();
+    UpdateDeviceStats();
 
     hr = RunCreatedCallbacks();
     if (SUCCEEDED(hr))
@@ -414,8 +452,11 @@ HRESULT ZQDirect3d::Reset3DEnvironment() {
 void ZQDirect3d::UpdateBackBufferDescription(IDirect3DDevice9* device) {
     IDirect3DSurface9* backBuffer = nullptr;
     if (SUCCEEDED(device->GetBackBuffer(0, 0, D3DBACKBUFFER_TYPE_MONO, &backBuffer))) {
-        ZQLock lock(&m_stateLock);
-        backBuffer->GetDesc(&m_backBufferSurfaceDesc);
+        {
+            ZQLock lock(&m_stateLock);
+            if (m_BackBufferSurfaceDesc)
+                backBuffer->GetDesc(m_BackBufferSurfaceDesc);
+        }
         backBuffer->Release();
     }
     UpdateStaticFrameStats();
@@ -433,13 +474,13 @@ bool ZQDirect3d::DeviceGone() {
 }
 
 // The created and reset events: the registered function, then the current scene (whose result is
-// ignored), with InsideDeviceCallback set around both.
+// ignored), with InsideDeviceCallback set around both (and only around these two events).
 HRESULT ZQDirect3d::RunDeviceCallbacks(ZQCallbackDeviceCreated function, void* context,
                                        HRESULT (ZQScene::*sceneCallback)(IDirect3DDevice9*, const D3DSURFACE_DESC*,
                                                                          void*),
                                        HRESULT objectsFailure) {
     IDirect3DDevice9* device = GetD3DDevice();
-    const D3DSURFACE_DESC backBuffer = GetBackBufferSurfaceDesc();
+    const D3DSURFACE_DESC backBuffer = BackBufferCopy();
     SetInsideDeviceCallback(true);
     HRESULT hr = S_OK;
     if (function)
@@ -472,23 +513,19 @@ HRESULT ZQDirect3d::RunResetCallbacks() {
 
 void ZQDirect3d::RunLostCallbacks() {
     void* context = GetDeviceLostFuncUserContext();
-    SetInsideDeviceCallback(true);
     if (ZQCallbackDeviceLost lost = GetDeviceLostFunc())
         lost(context);
     if (ZQScene* scene = GetCurrent())
         scene->OnLostDevice(context);
-    SetInsideDeviceCallback(false);
     SetDeviceObjectsReset(false);
 }
 
 void ZQDirect3d::RunDestroyedCallbacks() {
     void* context = GetDeviceDestroyedFuncUserContext();
-    SetInsideDeviceCallback(true);
     if (ZQCallbackDeviceDestroyed destroyed = GetDeviceDestroyedFunc())
         destroyed(context);
     if (ZQScene* scene = GetCurrent())
         scene->OnDestroyDevice(context);
-    SetInsideDeviceCallback(false);
     SetDeviceObjectsCreated(false);
 }
 
@@ -504,11 +541,8 @@ void ZQDirect3d::Cleanup3DEnvironment(bool releaseSettings) {
         if (device->Release() > 0)
             DisplayErrorMessage(ZQ_E_NONZERO_REFCOUNT);
     }
-    if (releaseSettings) {
-        ZQLock lock(&m_stateLock);
-        delete m_pCurrentDeviceSettings;
-        m_pCurrentDeviceSettings = nullptr;
-    }
+    if (releaseSettings)
+        SetCurrentDeviceSettings(nullptr);
 }
 
 HRESULT ZQDirect3d::ToggleFullScreen() {
@@ -588,7 +622,7 @@ HRESULT ZQDirect3d::MainLoop(HACCEL accelerators) {
             TranslateMessage(&msg);
             DispatchMessageW(&msg);
         } else {
-            const D3DSURFACE_DESC backBuffer = GetBackBufferSurfaceDesc();
+            const D3DSURFACE_DESC backBuffer = BackBufferCopy();
             Dispatcher(GetD3DDevice(), &backBuffer, nullptr);
             Render3DEnvironment();
         }
@@ -624,6 +658,7 @@ void ZQDirect3d::Render3DEnvironment() {
                 desktop.Format != settings.AdapterFormat) {
                 // The desktop changed format: find settings for it, keeping adapter, type and vertex processing.
                 settings.AdapterFormat = desktop.Format;
+                PrepareEnumerationObject(true);
                 _ZQDeviceSettings_tag valid;
                 if (FAILED(FindValidDeviceSettings(&valid, &settings))) {
                     DisplayErrorMessage(ZQ_E_NO_COMPATIBLE_DEVICES);
@@ -651,8 +686,13 @@ void ZQDirect3d::Render3DEnvironment() {
         SetDeviceLost(false);
     }
 
-    double time = m_pTimer->GetTime();
-    float elapsed = static_cast<float>(m_pTimer->GetElapsedTime());
+    // Frame time is the timer's absolute time, not the time since Init.
+    double time = 0.0;
+    float elapsed = 0.0f;
+    if (ZQTimer* timer = GetTimer()) {
+        time = timer->GetAbsoluteTime();
+        elapsed = static_cast<float>(timer->GetElapsedTime());
+    }
     if (GetConstantFrameTime()) {
         elapsed = GetTimePerFrame();
         time = GetTime() + elapsed;
@@ -778,10 +818,12 @@ void ZQDirect3d::Pause(bool pauseTime, bool pauseRendering) {
     renderingCount = renderingCount < 0 ? 0 : renderingCount;
     SetPauseTimeCount(timeCount);
     SetPauseRenderingCount(renderingCount);
-    if (timeCount > 0)
-        m_pTimer->Stop();
-    else
-        m_pTimer->Start();
+    if (ZQTimer* timer = GetTimer()) {
+        if (timeCount > 0)
+            timer->Stop();
+        else
+            timer->Start();
+    }
     SetTimePaused(timeCount > 0);
     SetRenderingPaused(renderingCount > 0);
 }
@@ -822,11 +864,14 @@ HRESULT ZQDirect3d::AddTimer(ZQCallbackTimer callback, float timeoutInSecs, UINT
     if (!callback || timeoutInSecs < 0.0f)
         return E_INVALIDARG;
     ZQLock lock(&m_stateLock);
-    for (int i = m_timerList.GetSize() - 1; i >= 0; --i)
-        if (!m_timerList[i].enabled)
-            m_timerList.Remove(i);
+    ZQTimerArray* list = m_TimerList;
+    if (!list)
+        return E_FAIL;
+    for (int i = list->GetSize() - 1; i >= 0; --i)
+        if (!(*list)[i].enabled)
+            list->Remove(i);
     const _ZQTimerList_tag timer = {callback, context, timeoutInSecs, timeoutInSecs, true, m_nextTimerId};
-    const HRESULT hr = m_timerList.Add(timer);
+    const HRESULT hr = list->Add(timer);
     if (FAILED(hr))
         return hr;
     if (id)
@@ -839,8 +884,8 @@ HRESULT ZQDirect3d::ChangeTimer(UINT id, float timeoutInSecs) {
     if (timeoutInSecs < 0.0f)
         return E_INVALIDARG;
     ZQLock lock(&m_stateLock);
-    for (int i = 0; i < m_timerList.GetSize(); ++i) {
-        _ZQTimerList_tag& timer = m_timerList[i];
+    for (int i = 0; m_TimerList && i < m_TimerList->GetSize(); ++i) {
+        _ZQTimerList_tag& timer = (*m_TimerList)[i];
         if (timer.enabled && timer.id == id) {
             timer.timeoutInSecs = timeoutInSecs;
             timer.countdown = timeoutInSecs;
@@ -852,8 +897,8 @@ HRESULT ZQDirect3d::ChangeTimer(UINT id, float timeoutInSecs) {
 
 HRESULT ZQDirect3d::RemoveTimer(UINT id) {
     ZQLock lock(&m_stateLock);
-    for (int i = 0; i < m_timerList.GetSize(); ++i) {
-        _ZQTimerList_tag& timer = m_timerList[i];
+    for (int i = 0; m_TimerList && i < m_TimerList->GetSize(); ++i) {
+        _ZQTimerList_tag& timer = (*m_TimerList)[i];
         if (timer.enabled && timer.id == id) {
             timer.enabled = false;
             return S_OK;
@@ -868,9 +913,9 @@ void ZQDirect3d::HandleTimers() {
         _ZQTimerList_tag fired;
         {
             ZQLock lock(&m_stateLock);
-            if (i >= m_timerList.GetSize())
+            if (!m_TimerList || i >= m_TimerList->GetSize())
                 return;
-            _ZQTimerList_tag& timer = m_timerList[i];
+            _ZQTimerList_tag& timer = (*m_TimerList)[i];
             if (!timer.enabled)
                 continue;
             timer.countdown -= elapsed;
@@ -932,20 +977,35 @@ void ZQDirect3d::DisplayErrorMessage(HRESULT code) {
 // Statistics
 
 namespace {
+// Every format by its name without the "D3DFMT_" prefix.
+struct FormatNameEntry {
+    D3DFORMAT format;
+    const wchar_t* name;
+};
+#define ZQ_WIDE(text) L##text
+#define ZQ_FORMAT(name) {D3DFMT_##name, ZQ_WIDE(#name)},
+const FormatNameEntry kFormatNames[] = {
+    ZQ_FORMAT(UNKNOWN) ZQ_FORMAT(R8G8B8) ZQ_FORMAT(A8R8G8B8) ZQ_FORMAT(X8R8G8B8) ZQ_FORMAT(R5G6B5)
+    ZQ_FORMAT(X1R5G5B5) ZQ_FORMAT(A1R5G5B5) ZQ_FORMAT(A4R4G4B4) ZQ_FORMAT(R3G3B2) ZQ_FORMAT(A8) ZQ_FORMAT(A8R3G3B2)
+    ZQ_FORMAT(X4R4G4B4) ZQ_FORMAT(A2B10G10R10) ZQ_FORMAT(A8B8G8R8) ZQ_FORMAT(X8B8G8R8) ZQ_FORMAT(G16R16)
+    ZQ_FORMAT(A2R10G10B10) ZQ_FORMAT(A16B16G16R16) ZQ_FORMAT(A8P8) ZQ_FORMAT(P8) ZQ_FORMAT(L8) ZQ_FORMAT(A8L8)
+    ZQ_FORMAT(A4L4) ZQ_FORMAT(V8U8) ZQ_FORMAT(L6V5U5) ZQ_FORMAT(X8L8V8U8) ZQ_FORMAT(Q8W8V8U8) ZQ_FORMAT(V16U16)
+    ZQ_FORMAT(A2W10V10U10) ZQ_FORMAT(UYVY) ZQ_FORMAT(YUY2) ZQ_FORMAT(DXT1) ZQ_FORMAT(DXT2) ZQ_FORMAT(DXT3)
+    ZQ_FORMAT(DXT4) ZQ_FORMAT(DXT5) ZQ_FORMAT(MULTI2_ARGB8) ZQ_FORMAT(G8R8_G8B8) ZQ_FORMAT(R8G8_B8G8)
+    ZQ_FORMAT(D16_LOCKABLE) ZQ_FORMAT(D32) ZQ_FORMAT(D15S1) ZQ_FORMAT(D24S8) ZQ_FORMAT(D24X8) ZQ_FORMAT(D24X4S4)
+    ZQ_FORMAT(D16) ZQ_FORMAT(L16) ZQ_FORMAT(D32F_LOCKABLE) ZQ_FORMAT(D24FS8) ZQ_FORMAT(D32_LOCKABLE)
+    ZQ_FORMAT(S8_LOCKABLE) ZQ_FORMAT(VERTEXDATA) ZQ_FORMAT(INDEX16) ZQ_FORMAT(INDEX32) ZQ_FORMAT(Q16W16V16U16)
+    ZQ_FORMAT(R16F) ZQ_FORMAT(G16R16F) ZQ_FORMAT(A16B16G16R16F) ZQ_FORMAT(R32F) ZQ_FORMAT(G32R32F)
+    ZQ_FORMAT(A32B32G32R32F) ZQ_FORMAT(CxV8U8) ZQ_FORMAT(A1) ZQ_FORMAT(A2B10G10R10_XR_BIAS) ZQ_FORMAT(BINARYBUFFER)
+};
+#undef ZQ_FORMAT
+#undef ZQ_WIDE
+
 const wchar_t* FormatName(D3DFORMAT format) {
-    switch (format) {
-    case D3DFMT_A8R8G8B8: return L"A8R8G8B8";
-    case D3DFMT_X8R8G8B8: return L"X8R8G8B8";
-    case D3DFMT_R5G6B5: return L"R5G6B5";
-    case D3DFMT_X1R5G5B5: return L"X1R5G5B5";
-    case D3DFMT_A1R5G5B5: return L"A1R5G5B5";
-    case D3DFMT_A2R10G10B10: return L"A2R10G10B10";
-    case D3DFMT_D24S8: return L"D24S8";
-    case D3DFMT_D24X8: return L"D24X8";
-    case D3DFMT_D16: return L"D16";
-    case D3DFMT_D32: return L"D32";
-    default: return L"Unknown format";
-    }
+    for (const FormatNameEntry& entry : kFormatNames)
+        if (entry.format == format)
+            return entry.name;
+    return L"Unknown format";
 }
 } // namespace
 
@@ -954,7 +1014,10 @@ void ZQDirect3d::UpdateFrameStats() {
         return;
     const DWORD frames = GetLastStatsUpdateFrames() + 1;
     SetLastStatsUpdateFrames(frames);
-    const double now = m_pTimer->GetAbsoluteTime();
+    ZQTimer* timer = GetTimer();
+    if (!timer)
+        return;
+    const double now = timer->GetAbsoluteTime();
     const double since = now - GetLastStatsUpdateTime();
     if (since <= 1.0)
         return;
@@ -963,13 +1026,13 @@ void ZQDirect3d::UpdateFrameStats() {
     SetLastStatsUpdateTime(now);
     SetLastStatsUpdateFrames(0);
     ZQLock lock(&m_stateLock);
-    _snwprintf(m_fpsStats, 64, L"%0.2f fps", fps);
-    m_fpsStats[63] = 0;
+    _snwprintf(m_FPSStats, 64, L"%0.2f fps", fps);
+    m_FPSStats[63] = 0;
 }
 
 const wchar_t* ZQDirect3d::GetFrameStats(bool showFPS) {
     ZQLock lock(&m_stateLock);
-    _snwprintf(m_frameStats, 256, L"%ls %ls", showFPS ? m_fpsStats : L"", m_staticFrameStats);
+    _snwprintf(m_frameStats, 256, L"%ls %ls", showFPS ? m_FPSStats : L"", m_StaticFrameStats);
     m_frameStats[255] = 0;
     return m_frameStats;
 }
@@ -998,15 +1061,37 @@ void ZQDirect3d::UpdateStaticFrameStats() {
     multisample[39] = 0;
     const bool vsync = pp.PresentationInterval != D3DPRESENT_INTERVAL_IMMEDIATE;
     ZQLock lock(&m_stateLock);
-    _snwprintf(m_staticFrameStats, 256, L"Vsync %ls (%dx%d), %ls%ls%ls", vsync ? L"On" : L"Off",
+    _snwprintf(m_StaticFrameStats, 256, L"Vsync %ls (%dx%d), %ls%ls%ls", vsync ? L"On" : L"Off",
                static_cast<int>(pp.BackBufferWidth), static_cast<int>(pp.BackBufferHeight), formats, depth,
                multisample);
-    m_staticFrameStats[255] = 0;
+    m_StaticFrameStats[255] = 0;
 }
 
-const wchar_t* ZQDirect3d::GetDeviceStats() {
+#define ZQ_DEFINE_TEXT_ACCESSORS(name, capacity)                                                                    \
+    wchar_t* ZQDirect3d::Get##name() {                                                                                \
+        ZQLock lock(&m_stateLock);                                                                                    \
+        return m_##name;                                                                                              \
+    }                                                                                                                 \
+    void ZQDirect3d::Set##name(const wchar_t* text) {                                                                 \
+        ZQLock lock(&m_stateLock);                                                                                    \
+        if (text == m_##name)                                                                                         \
+            return;                                                                                                   \
+        m_##name[0] = 0;                                                                                              \
+        if (text)                                                                                                     \
+            wcsncpy(m_##name, text, capacity - 1);                                                                    \
+        m_##name[capacity - 1] = 0;                                                                                   \
+    }
+ZQ_DIRECT3D_TEXTS(ZQ_DEFINE_TEXT_ACCESSORS)
+#undef ZQ_DEFINE_TEXT_ACCESSORS
+
+void ZQDirect3d::UpdateDeviceStats() {
     const _ZQDeviceSettings_tag settings = GetDeviceSettings();
-    const D3DCAPS9 caps = GetDeviceCaps();
+    D3DCAPS9 caps = {};
+    {
+        ZQLock lock(&m_stateLock);
+        if (m_Caps)
+            caps = *m_Caps;
+    }
     const wchar_t* type = settings.DeviceType == D3DDEVTYPE_HAL   ? L"HAL"
                           : settings.DeviceType == D3DDEVTYPE_REF ? L"REF"
                                                                   : L"SW";
@@ -1022,9 +1107,8 @@ const wchar_t* ZQDirect3d::GetDeviceStats() {
     if (IDirect3D9* d3d = GetD3D())
         d3d->GetAdapterIdentifier(settings.AdapterOrdinal, 0, &identifier);
     ZQLock lock(&m_stateLock);
-    _snwprintf(m_deviceStats, 256, L"%ls%ls: %hs", type, processing, identifier.Description);
-    m_deviceStats[255] = 0;
-    return m_deviceStats;
+    _snwprintf(m_DeviceStats, 256, L"%ls%ls: %hs", type, processing, identifier.Description);
+    m_DeviceStats[255] = 0;
 }
 
 } // namespace ZQ

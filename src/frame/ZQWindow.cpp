@@ -1,6 +1,7 @@
 #include "ZQ/frame/ZQWindow.h"
 #include "ZQ/frame/ZQVelisto.h"
 #include "ZQ/core/ZQLock.h"
+#include "ZQ/frame/ZQGameControllers.h"
 #include "ZQ/frame/ZQMediaSearch.h"
 
 #include <shellapi.h>
@@ -144,14 +145,7 @@ HRESULT ZQWindow::CreateWindow(const wchar_t* title, HINSTANCE instance, HICON i
         width = m_width;
         height = m_height;
     }
-    if (GetOverrideWidth() > 0)
-        width = GetOverrideWidth();
-    if (GetOverrideHeight() > 0)
-        height = GetOverrideHeight();
-    if (GetOverrideStartX() != -1)
-        x = GetOverrideStartX();
-    if (GetOverrideStartY() != -1)
-        y = GetOverrideStartY();
+    // The command line's size and position act on the device settings (CreateDevice), not here.
     SetWindowCreatedWithDefaultPositions(x == static_cast<int>(CW_USEDEFAULT) || y == static_cast<int>(CW_USEDEFAULT));
     RECT frame = {0, 0, width, height};
     AdjustWindowRect(&frame, WS_OVERLAPPEDWINDOW, menu != nullptr);
@@ -336,8 +330,9 @@ void ZQWindow::HandleHotkey(WPARAM key, LPARAM lParam) {
     }
 }
 
+// Every activation runs the sequence, the first one included (the window starts active).
 void ZQWindow::OnActivateApp(bool active) {
-    if (active && !GetActive()) {
+    if (active) {
         SetActive(true);
         if (GetMinimizedWhileFullScreen()) {
             Pause(false, false);
@@ -346,7 +341,7 @@ void ZQWindow::OnActivateApp(bool active) {
         AllowShortcutKeys(IsWindowed() ? GetAllowShortcutKeysWhenWindowed() : GetAllowShortcutKeysWhenFullscreen());
     } else if (!active && GetActive()) {
         SetActive(false);
-        // No game-controller library is linked, so there is no vibration to stop.
+        ZQStopRumbleOnAllControllers();
         if (!IsWindowed()) {
             ClipCursor(nullptr);
             Pause(true, true);

@@ -55,19 +55,20 @@ private:
     std::string m_name;
 };
 
+// InsideDeviceCallback holds during the created and reset callbacks only; the log marks a breach.
 HRESULT CALLBACK Created(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*) {
-    g_log.push_back("fn.created");
+    g_log.push_back(g_app->GetInsideDeviceCallback() ? "fn.created" : "fn.created (outside)");
     return S_OK;
 }
 HRESULT CALLBACK Reset(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*) {
-    g_log.push_back("fn.reset");
+    g_log.push_back(g_app->GetInsideDeviceCallback() ? "fn.reset" : "fn.reset (outside)");
     return S_OK;
 }
 void CALLBACK Lost(void*) {
-    g_log.push_back("fn.lost");
+    g_log.push_back(g_app->GetInsideDeviceCallback() ? "fn.lost (inside)" : "fn.lost");
 }
 void CALLBACK Destroyed(void*) {
-    g_log.push_back("fn.destroyed");
+    g_log.push_back(g_app->GetInsideDeviceCallback() ? "fn.destroyed (inside)" : "fn.destroyed");
 }
 void CALLBACK Render(IDirect3DDevice9*, double, float, void* context) {
     g_log.push_back("fn.render" + Where(context, &g_renderContext));
@@ -186,6 +187,21 @@ TEST_F(FrameTest, ConstantFrameTimeAndQuitAfterFrame) {
     EXPECT_EQ(g_hadDevice, (std::vector<bool>{true, true, true, true, false}));
     EXPECT_EQ(app->GetCurrentFrameNumber(), 4);
     EXPECT_EQ(app->GetExitCode(), 0);
+}
+
+TEST_F(FrameTest, FrameTimeIsTheTimersAbsoluteTime) {
+    g_times.clear();
+    g_hadDevice.clear();
+    app->SetFrameMoveFunc(RecordFrame);
+    app->SetOverrideQuitAfterFrame(1);
+    ZQ::ZQTimer clock;
+    const double before = clock.GetAbsoluteTime();
+    app->MainLoop(nullptr);
+    const double after = clock.GetAbsoluteTime();
+    ASSERT_EQ(g_times.size(), 3u);
+    EXPECT_GE(g_times.front(), before) << "not the time since Init";
+    EXPECT_LE(g_times.back(), after);
+    EXPECT_EQ(app->GetTime(), g_times.back());
 }
 
 TEST_F(FrameTest, MainLoopRefusals) {
@@ -328,6 +344,36 @@ TEST(FrameWindow, ASecondInstanceWithTheSameTitleIsRefused) {
     }
     frametest::DrainMessages();
     EXPECT_EQ(frametest::RunChild(std::wstring(L"window \"") + title + L"\""), 0) << "free again once closed";
+}
+
+TEST(FrameWindow, CommandLineSizeAndPositionActOnTheDeviceNotTheWindow) {
+    frametest::DrainMessages();
+    const wchar_t* title = L"ZQVelisto placement test";
+    TestApp app(title);
+    app.Init(false, false, false, false);
+    app.SetShowMsgBoxOnError(false);
+    app.SetOverrideWidth(400);
+    app.SetOverrideHeight(300);
+    app.SetOverrideStartX(30);
+    app.SetOverrideStartY(40);
+    ASSERT_EQ(app.CreateWindow(title, nullptr, nullptr, nullptr, 10, 20), S_OK);
+    HWND hWnd = app.GethWnd();
+    RECT client, frame, wanted = {0, 0, 320, 240};
+    AdjustWindowRect(&wanted, WS_OVERLAPPEDWINDOW, FALSE);
+    GetWindowRect(hWnd, &frame);
+    EXPECT_EQ(frame.right - frame.left, wanted.right - wanted.left) << "the constructor's size";
+    EXPECT_EQ(frame.bottom - frame.top, wanted.bottom - wanted.top);
+    EXPECT_EQ(frame.left, 10);
+    EXPECT_EQ(frame.top, 20);
+
+    ASSERT_EQ(app.CreateDevice(0, true, 320, 240, nullptr, nullptr, nullptr), S_OK);
+    GetClientRect(hWnd, &client);
+    GetWindowRect(hWnd, &frame);
+    EXPECT_EQ(app.GetBackBufferSurfaceDesc()->Width, 400u);
+    EXPECT_EQ(client.right, 400);
+    EXPECT_EQ(client.bottom, 300);
+    EXPECT_EQ(frame.left, 30);
+    EXPECT_EQ(frame.top, 40);
 }
 
 TEST_F(FrameTest, APaintWhilePausedRepaintsWithTheRenderContext) {

@@ -10,6 +10,7 @@ namespace {
 class KeyboardApp : public TestApp {
 public:
     using ZQKeyboard::AllowShortcutKeys;
+    using ZQKeyboard::GetAllowShortcutKeys;
     using ZQKeyboard::GetKeyboardHook;
     using ZQKeyboard::SetAllowShortcutKeysWhenWindowed;
 };
@@ -75,10 +76,12 @@ protected:
 
 TEST_F(DeviceTest, ResizingTheWindowResetsTheDevice) {
     EXPECT_EQ(g_log, (std::vector<std::string>{"reset 320x240"}));
-    const D3DSURFACE_DESC before = app->GetBackBufferSurfaceDesc();
-    EXPECT_EQ(before.Width, 320u);
-    EXPECT_EQ(before.Height, 240u);
+    D3DSURFACE_DESC* own = app->GetBackBufferSurfaceDesc();
+    EXPECT_EQ(own->Width, 320u);
+    EXPECT_EQ(own->Height, 240u);
     g_log.clear();
+    D3DSURFACE_DESC mine = {};
+    app->SetBackBufferSurfaceDesc(&mine);
 
     HWND hWnd = app->GethWnd();
     RECT frame = {0, 0, 400, 300};
@@ -87,8 +90,9 @@ TEST_F(DeviceTest, ResizingTheWindowResetsTheDevice) {
     SetWindowPos(hWnd, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     EXPECT_EQ(g_log, (std::vector<std::string>{"lost", "reset 400x300"}));
-    EXPECT_EQ(app->GetBackBufferSurfaceDesc().Width, 400u);
+    EXPECT_EQ(mine.Width, 400u) << "the reset wrote into the record the host set";
     EXPECT_EQ(app->GetDeviceSettings().pp.BackBufferHeight, 300u);
+    app->SetBackBufferSurfaceDesc(own);
 }
 
 TEST_F(DeviceTest, ALostDeviceIsRecoveredOnTheNextFrame) {
@@ -101,6 +105,8 @@ TEST_F(DeviceTest, ALostDeviceIsRecoveredOnTheNextFrame) {
 
 TEST_F(DeviceTest, ActivationFollowsTheShortcutKeySettings) {
     HWND hWnd = app->GethWnd();
+    SendMessageW(hWnd, WM_ACTIVATEAPP, TRUE, 0);
+    EXPECT_TRUE(app->GetAllowShortcutKeys()) << "the first activation, with no deactivation before it";
     SendMessageW(hWnd, WM_ACTIVATEAPP, FALSE, 0);
     EXPECT_FALSE(app->IsActive());
     EXPECT_EQ(app->GetKeyboardHook(), nullptr) << "shortcut keys are allowed while inactive";
@@ -125,6 +131,31 @@ TEST_F(DeviceTest, StatisticsTexts) {
     EXPECT_GT(app->GetFPS(), 0.0f);
     const std::wstring withFps = app->GetFrameStats(true);
     EXPECT_NE(withFps.find(L" fps Vsync On"), std::wstring::npos);
+
+    // Every format has its name: a host-set settings record with formats beyond the common ones.
+    struct FormatCase {
+        D3DFORMAT backBuffer, adapter, depth;
+        const wchar_t* text;
+    };
+    const FormatCase cases[] = {
+        {D3DFMT_A16B16G16R16F, D3DFMT_X8R8G8B8, D3DFMT_D24FS8, L"backbuf A16B16G16R16F, adapter X8R8G8B8 (D24FS8)"},
+        {D3DFMT_A2B10G10R10, D3DFMT_A2B10G10R10, D3DFMT_D32F_LOCKABLE, L", A2B10G10R10 (D32F_LOCKABLE)"},
+        {D3DFMT_A8B8G8R8, D3DFMT_X8B8G8R8, D3DFMT_D15S1, L"backbuf A8B8G8R8, adapter X8B8G8R8 (D15S1)"},
+        {D3DFMT_R32F, D3DFMT_R32F, D3DFMT_D24X4S4, L", R32F (D24X4S4)"},
+    };
+    ZQ::_ZQDeviceSettings_tag* live = app->GetCurrentDeviceSettings();
+    ZQ::_ZQDeviceSettings_tag formats = *live;
+    app->SetCurrentDeviceSettings(&formats);
+    for (const FormatCase& c : cases) {
+        formats.pp.BackBufferFormat = c.backBuffer;
+        formats.AdapterFormat = c.adapter;
+        formats.pp.EnableAutoDepthStencil = TRUE;
+        formats.pp.AutoDepthStencilFormat = c.depth;
+        app->UpdateStaticFrameStats();
+        const std::wstring text = app->GetStaticFrameStats();
+        EXPECT_NE(text.find(c.text), std::wstring::npos) << std::string(text.begin(), text.end());
+    }
+    app->SetCurrentDeviceSettings(live);
 
     app->SetNoStats(true);
     app->SetFPS(0.0f);

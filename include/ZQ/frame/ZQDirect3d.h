@@ -3,6 +3,7 @@
 #include "ZQ/core/ZQConfig.h"
 #include "ZQ/core/ZQPlatform.h"
 #include "ZQ/core/ZQTimer.h"
+#include "ZQ/frame/ZQD3DEnumeration.h"
 #include "ZQ/frame/ZQDeviceSettings.h"
 #include "ZQ/frame/ZQErrors.h"
 #include "ZQ/frame/ZQKeyboard.h"
@@ -44,6 +45,7 @@ struct _ZQTimerList_tag {
     bool enabled;
     UINT id;
 };
+typedef ZQArray<_ZQTimerList_tag> ZQTimerArray;
 
 // Every field of the framework state, with its type and default: X(type, Name, default).
 #define ZQ_DIRECT3D_STATE(X)                                                                                          \
@@ -125,11 +127,24 @@ struct _ZQTimerList_tag {
     X(void*, MouseFuncUserContext, nullptr)                                                                           \
     X(void*, WindowMsgFuncUserContext, nullptr)                                                                       \
     X(IDirect3D9*, D3D, nullptr)                                                                                      \
-    X(IDirect3DDevice9*, D3DDevice, nullptr)
+    X(IDirect3DDevice9*, D3DDevice, nullptr)                                                                          \
+    X(WINDOWPLACEMENT*, WindowedPlacement, nullptr)                                                                   \
+    X(D3DSURFACE_DESC*, BackBufferSurfaceDesc, nullptr)                                                               \
+    X(D3DCAPS9*, Caps, nullptr)                                                                                       \
+    X(_ZQDeviceSettings_tag*, CurrentDeviceSettings, nullptr)                                                         \
+    X(ZQTimer*, Timer, nullptr)                                                                                       \
+    X(ZQD3DEnumeration*, D3DEnumeration, nullptr)                                                                     \
+    X(ZQTimerArray*, TimerList, nullptr)
+
+// The statistics texts the framework writes, with their capacities: X(Name, capacity).
+#define ZQ_DIRECT3D_TEXTS(X) X(DeviceStats, 256) X(StaticFrameStats, 256) X(FPSStats, 64)
 
 /// The device framework under the application object: one state record under one lock (every field
 /// has Get<Name> and Set<Name>), the host's callbacks, device creation, reset and loss, the frame,
 /// the timer list, the error report and the statistics texts. Callbacks never run under the lock.
+/// The records (placement, back-buffer description, caps, settings, timer, enumeration, timer list)
+/// are exchanged as pointers: what the framework allocated stays its own and is freed at destruction,
+/// a pointer the caller sets stays the caller's and must outlive its use; null switches the record off.
 class ZQ_API ZQDirect3d : public ZQKeyboard, public ZQMouse, public ZQSceneManager, public _ZQResponseWindow_tag {
 public:
     ZQDirect3d();
@@ -175,10 +190,13 @@ public:
     bool IsTimePaused();
     IDirect3D9* GetD3DObject() { return GetD3D(); }
     IDirect3DDevice9* GetDevice() { return GetD3DDevice(); }
-    /// Copies of the live device's caps, back-buffer description and settings.
-    D3DCAPS9 GetDeviceCaps();
-    D3DSURFACE_DESC GetBackBufferSurfaceDesc();
+    /// The live device's caps (the Caps record).
+    D3DCAPS9* GetDeviceCaps() { return GetCaps(); }
+    /// A copy of the live device's settings (zeroed without a device).
     _ZQDeviceSettings_tag GetDeviceSettings();
+    /// The enumeration object, built on first use and read again when enumerate is true; null
+    /// without a Direct3D object.
+    ZQD3DEnumeration* PrepareEnumerationObject(bool enumerate = false);
 
     /// Counts a frame; once a second sets FPS and the "%0.2f fps" text. Nothing with NoStats.
     void UpdateFrameStats();
@@ -186,8 +204,13 @@ public:
     const wchar_t* GetFrameStats(bool showFPS = true);
     /// Describes the current settings (vsync, size, formats, multisampling). Nothing with NoStats.
     void UpdateStaticFrameStats();
-    /// Device type, vertex processing and adapter description.
-    const wchar_t* GetDeviceStats();
+    /// The statistics texts; GetDeviceStats holds device type, vertex processing and adapter, written
+    /// when a device is created. The setters copy the text into the framework's buffer, cut to fit.
+#define ZQ_DECLARE_TEXT_ACCESSORS(name, capacity)                                                                   \
+    wchar_t* Get##name();                                                                                             \
+    void Set##name(const wchar_t* text);
+    ZQ_DIRECT3D_TEXTS(ZQ_DECLARE_TEXT_ACCESSORS)
+#undef ZQ_DECLARE_TEXT_ACCESSORS
 
     /// Fills valid with the settings closest to wanted that the system supports and the acceptance
     /// callback accepts; ZQ_E_NO_COMPATIBLE_DEVICES when there are none.
@@ -233,21 +256,26 @@ private:
     /// The one place the Direct3D object is released.
     void ReleaseD3D();
     void UpdateBackBufferDescription(IDirect3DDevice9* device);
+    void UpdateDeviceStats();
+    /// A copy of the back-buffer description (zeroed when the record is switched off).
+    D3DSURFACE_DESC BackBufferCopy();
     void AdjustWindowToBackBuffer(const _ZQDeviceSettings_tag& settings);
 
 #define ZQ_DECLARE_FIELD(type, name, initial) type m_##name = initial;
     ZQ_DIRECT3D_STATE(ZQ_DECLARE_FIELD)
 #undef ZQ_DECLARE_FIELD
-    WINDOWPLACEMENT m_windowedPlacement;
-    D3DSURFACE_DESC m_backBufferSurfaceDesc;
-    D3DCAPS9 m_caps;
-    _ZQDeviceSettings_tag* m_pCurrentDeviceSettings;
-    ZQTimer* m_pTimer;
-    wchar_t m_deviceStats[256];
-    wchar_t m_staticFrameStats[256];
-    wchar_t m_fpsStats[64];
+    // What the record pointers above point to until the host sets its own.
+    WINDOWPLACEMENT m_ownWindowedPlacement;
+    D3DSURFACE_DESC m_ownBackBufferSurfaceDesc;
+    D3DCAPS9 m_ownCaps;
+    _ZQDeviceSettings_tag m_ownDeviceSettings;
+    ZQTimer m_ownTimer;
+    ZQTimerArray m_ownTimerList;
+    ZQD3DEnumeration* m_ownEnumeration;
+#define ZQ_DECLARE_TEXT(name, capacity) wchar_t m_##name[capacity] = {};
+    ZQ_DIRECT3D_TEXTS(ZQ_DECLARE_TEXT)
+#undef ZQ_DECLARE_TEXT
     wchar_t m_frameStats[256];
-    ZQArray<_ZQTimerList_tag> m_timerList;
     UINT m_nextTimerId;
     CRITICAL_SECTION m_stateLock;
 };

@@ -11,11 +11,12 @@ namespace ZQ {
 class ZQ_API ZQKeyboard : public _ZQResponseKeyboard_tag {
 public:
     ZQKeyboard();
-    ZQKeyboard(const ZQKeyboard&) = delete;
-    ZQKeyboard& operator=(const ZQKeyboard&) = delete;
+    /// A copy shares the records and the key array (not their contents); each keeps its own lock.
+    ZQKeyboard(const ZQKeyboard& other);
+    ZQKeyboard& operator=(const ZQKeyboard& other);
 
-    /// The setters copy the record into the one the keyboard owns; the getters return that record.
-
+    /// The setters store the caller's pointer (which must outlive its use; null switches the record off);
+    /// the getters return the record in use, where Init saves the system's settings.
     void SetStartupStickyKeys(STICKYKEYS* keys) override;
     STICKYKEYS* GetStartupStickyKeys() override;
     void SetStartupToggleKeys(TOGGLEKEYS* keys) override;
@@ -24,6 +25,10 @@ public:
     FILTERKEYS* GetStartupFilterKeys() override;
     virtual ~ZQKeyboard();
 
+    /// The 256 down states by virtual-key code.
+    bool* GetKeys();
+    /// Stores the caller's array of 256 states in place of the current one (null: keys are not recorded).
+    void SetKeys(bool* keys);
     /// True while the key (low 8 bits of the code) is down.
     bool IsKeyDown(UINT key);
 
@@ -49,14 +54,19 @@ protected:
     static ZQKeyboard* m_pKeyboard;
 
 private:
+    struct Storage;
+    void Share(const ZQKeyboard& other);
+
+    // What this keyboard allocated, shared with its copies and freed with the last of them.
+    Storage* m_storage;
     CRITICAL_SECTION m_lock;
-    STICKYKEYS m_startupStickyKeys;
-    TOGGLEKEYS m_startupToggleKeys;
-    FILTERKEYS m_startupFilterKeys;
+    STICKYKEYS* m_pStartupStickyKeys;
+    TOGGLEKEYS* m_pStartupToggleKeys;
+    FILTERKEYS* m_pStartupFilterKeys;
     bool m_allowShortcutKeysWhenFullscreen;
     bool m_allowShortcutKeysWhenWindowed;
     bool m_allowShortcutKeys;
-    bool m_keys[256];
+    bool* m_keys;
     HHOOK m_keyboardHook;
 };
 

@@ -9,21 +9,29 @@ class ZQ_API ZQMouse {
 public:
     enum Button { Left = 0, Middle = 1, Right = 2, Side1 = 3, Side2 = 4 };
     ZQMouse();
-    ZQMouse(const ZQMouse&) = delete;
-    ZQMouse& operator=(const ZQMouse&) = delete;
+    /// A copy shares the button array (not its contents); each keeps its own lock.
+    ZQMouse(const ZQMouse& other);
+    ZQMouse& operator=(const ZQMouse& other);
     virtual ~ZQMouse();
 
     bool IsButtonDown(Button button);
     /// The five states, in the order of Button.
-    const bool* GetMouseButtons();
+    bool* GetMouseButtons();
+    /// Stores the caller's array of five states in place of the current one (null: buttons are not recorded).
+    void SetMouseButtons(bool* buttons);
 
 protected:
     /// Takes the five states from a mouse message's MK_ flags.
     void RecordButtons(WPARAM keyFlags);
 
 private:
+    struct Storage;
+    void Share(const ZQMouse& other);
+
+    // The array this mouse allocated, shared with its copies and freed with the last of them.
+    Storage* m_storage;
     CRITICAL_SECTION m_lock;
-    bool m_buttons[5];
+    bool* m_buttons;
 };
 
 } // namespace ZQ

@@ -1,0 +1,85 @@
+#include "FrameTestApp.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// Uses the operations by their names alone, as a host derived from the application object does.
+class NamedHost : public ZQ::ZQVelisto {
+public:
+    bool SpaceDown() { return GetKeys()[VK_SPACE]; }
+    bool LeftDown() { return GetMouseButtons()[0]; }
+    void PassEveryRecordThrough() {
+        SetStartupStickyKeys(GetStartupStickyKeys());
+        SetStartupToggleKeys(GetStartupToggleKeys());
+        SetStartupFilterKeys(GetStartupFilterKeys());
+        SetKeys(GetKeys());
+        SetMouseButtons(GetMouseButtons());
+        SetAllowShortcutKeysWhenFullscreen(GetAllowShortcutKeysWhenFullscreen());
+        SetAllowShortcutKeysWhenWindowed(GetAllowShortcutKeysWhenWindowed());
+        SetAllowShortcutKeys(GetAllowShortcutKeys());
+        SetKeyboardHook(GetKeyboardHook());
+        SetWindowedPlacement(GetWindowedPlacement());
+        SetBackBufferSurfaceDesc(GetBackBufferSurfaceDesc());
+        SetCaps(GetCaps());
+        SetCurrentDeviceSettings(GetCurrentDeviceSettings());
+        SetTimer(GetTimer());
+        SetD3DEnumeration(GetD3DEnumeration());
+        SetDeviceStats(GetDeviceStats());
+        SetStaticFrameStats(GetStaticFrameStats());
+        SetFPSStats(GetFPSStats());
+        SetTimerList(GetTimerList());
+        ZQ::ZQStopRumbleOnAllControllers();
+    }
+};
+
+} // namespace
+
+TEST(NamedOperations, AHostReachesTheStateByTheOperationNames) {
+    NamedHost host;
+    host.PassEveryRecordThrough();
+    EXPECT_FALSE(host.SpaceDown());
+    host.GetKeys()[VK_SPACE] = true;
+    EXPECT_TRUE(host.IsKeyDown(VK_SPACE));
+    EXPECT_FALSE(host.LeftDown());
+    EXPECT_NE(host.GetTimer(), nullptr);
+    EXPECT_EQ(host.GetTimerList()->GetSize(), 0);
+    ASSERT_EQ(host.Init(false, false, false, false), S_OK);
+    ZQ::ZQD3DEnumeration* enumeration = host.PrepareEnumerationObject();
+    ASSERT_NE(enumeration, nullptr);
+    EXPECT_EQ(host.GetD3DEnumeration(), enumeration);
+    EXPECT_EQ(host.PrepareEnumerationObject(true), enumeration) << "read again into the same object";
+    EXPECT_GE(enumeration->GetAdapterCount(), 1u);
+    EXPECT_GT(enumeration->GetDisplayModes().GetSize(), 0);
+}
+
+TEST(NamedOperations, SettersStoreTheCallersPointerAndCopiesShareThem) {
+    ZQ::ZQKeyboard keyboard;
+    ZQ::ZQKeyboard copy(keyboard);
+    EXPECT_EQ(copy.GetKeys(), keyboard.GetKeys());
+    EXPECT_EQ(copy.GetStartupFilterKeys(), keyboard.GetStartupFilterKeys());
+    keyboard.GetKeys()['A'] = true;
+    EXPECT_TRUE(copy.IsKeyDown('A')) << "one array, two keyboards";
+
+    bool keys[256] = {};
+    STICKYKEYS sticky = {sizeof sticky, SKF_STICKYKEYSON};
+    keyboard.SetKeys(keys);
+    keyboard.SetStartupStickyKeys(&sticky);
+    EXPECT_EQ(keyboard.GetKeys(), keys);
+    EXPECT_EQ(keyboard.GetStartupStickyKeys(), &sticky) << "the caller's record, not a copy of it";
+    EXPECT_FALSE(keyboard.IsKeyDown('A'));
+    EXPECT_TRUE(copy.IsKeyDown('A')) << "the copy keeps the array it shared";
+    { ZQ::ZQKeyboard third(copy); }
+    copy = keyboard;
+    EXPECT_EQ(copy.GetStartupStickyKeys(), &sticky);
+    EXPECT_EQ(copy.GetKeys(), keys);
+
+    ZQ::ZQMouse mouse;
+    ZQ::ZQMouse mouseCopy(mouse);
+    EXPECT_EQ(mouseCopy.GetMouseButtons(), mouse.GetMouseButtons());
+    bool buttons[5] = {false, false, true, false, false};
+    mouse.SetMouseButtons(buttons);
+    EXPECT_TRUE(mouse.IsButtonDown(ZQ::ZQMouse::Right));
+    mouseCopy = mouse;
+    EXPECT_EQ(mouseCopy.GetMouseButtons(), buttons);
+}
