@@ -7,7 +7,7 @@ root=$PWD
 build=$root/build/mingw
 scripts/setup.sh
 cmake --preset mingw >/dev/null
-cmake --build --preset mingw --target texture_load_bench sprite_render_bench native_tools >/dev/null
+cmake --build --preset mingw --target texture_load_bench sprite_render_bench serial_bench native_tools >/dev/null
 
 art=$build/bench-art
 if [ ! -f "$art/atlas.te" ]; then
@@ -17,9 +17,12 @@ if [ ! -f "$art/atlas.te" ]; then
 fi
 
 "$root/cmake/wine-session.sh" start "$build/wine" >/dev/null
-trap '"$root/cmake/wine-session.sh" stop "$build/wine" >/dev/null' EXIT
+trap '"$root/cmake/serial-line.sh" stop "$build/wine" >/dev/null; "$root/cmake/wine-session.sh" stop "$build/wine" >/dev/null' EXIT
+"$root/cmake/serial-line.sh" start "$build/wine" >/dev/null
 cd "$build/bin"
 atlas="Z:${art//\//\\}\\atlas.te"
 ZQ_WINE_STATE=$build/wine "$root/cmake/wine-run.sh" texture_load_bench.exe "$atlas" "${1:-5}"
 echo
 ZQ_WINE_STATE=$build/wine "$root/cmake/wine-run.sh" sprite_render_bench.exe "$atlas" "${2:-20}"
+echo
+ZQ_WINE_STATE=$build/wine "$root/cmake/wine-run.sh" serial_bench.exe COM7 COM8 "${3:-1}"
