@@ -4,6 +4,7 @@
 #include "BenchSupport.h"
 
 #include <algorithm>
+#include <atomic>
 #include <thread>
 
 namespace {
@@ -115,6 +116,33 @@ int wmain(int argc, wchar_t** argv) {
                 Percentile(latencies, 0.5), Percentile(latencies, 0.9), Percentile(latencies, 1.0));
     std::printf("(one byte takes %.2f ms on a real line at 115,200 baud)\n", 1000 / kLineBytesPerSecond);
     port.Close();
+    Sleep(200);
+
+    // The platform alone: how long WaitCommEvent takes to report a byte, and how often it returns without one.
+    HANDLE raw = CreateFileW(argv[1], GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                             FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OVERLAPPED, nullptr);
+    SetCommMask(raw, EV_RXCHAR);
+    latencies.clear();
+    int emptyWakes = 0;
+    for (int i = 0; i < 50; ++i) {
+        std::atomic<double> sent{0};
+        std::thread writer([&] {
+            Sleep(10 + (i * 37) % 60);
+            unsigned char byte = static_cast<unsigned char>(i);
+            sent = bench::Now();
+            DeviceWrite(device, &byte, 1);
+        });
+        DWORD mask = 0;
+        while (WaitCommEvent(raw, &mask, nullptr) && !(mask & EV_RXCHAR))
+            ++emptyWakes;
+        latencies.push_back((bench::Now() - sent) * 1000);
+        writer.join();
+        PurgeComm(raw, PURGE_RXCLEAR);
+    }
+    std::printf("WaitCommEvent alone, 50 tries: median %.1f ms, 90th percentile %.1f ms, max %.1f ms; "
+                "%d returns without a byte\n",
+                Percentile(latencies, 0.5), Percentile(latencies, 0.9), Percentile(latencies, 1.0), emptyWakes);
+    CloseHandle(raw);
     CloseHandle(device);
     return 0;
 }
