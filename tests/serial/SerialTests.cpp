@@ -32,19 +32,10 @@ public:
         handle = CreateFileW(kPeerPort, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
         COMMTIMEOUTS timeouts = {100, 0, 2000, 0, 0};
         SetCommTimeouts(handle, &timeouts);
-        Drain();
+        PurgeComm(handle, PURGE_RXCLEAR | PURGE_TXCLEAR); // whatever an earlier test left on the line
     }
     ~Peer() { CloseHandle(handle); }
     bool Ready() const { return handle != INVALID_HANDLE_VALUE; }
-    void Drain() {
-        COMMTIMEOUTS quick = {MAXDWORD, 0, 0, 0, 0}, normal = {100, 0, 2000, 0, 0};
-        SetCommTimeouts(handle, &quick);
-        unsigned char scrap[4096];
-        DWORD got = 0;
-        while (ReadFile(handle, scrap, sizeof scrap, &got, nullptr) && got) {
-        }
-        SetCommTimeouts(handle, &normal);
-    }
     bool Write(const unsigned char* data, size_t size) {
         while (size) {
             DWORD wrote = 0;
@@ -199,9 +190,6 @@ TEST(ZQRS232, NotifiesOnOpenAndOnEveryPassOfBothThreadsUntilClose) {
     EXPECT_EQ(WAIT_OBJECT_0, WaitForMultipleObjects(2, threads, TRUE, 3000)) << "both threads end after Close";
     for (HANDLE thread : threads)
         CloseHandle(thread);
-    int passes = recorder.sendPasses + recorder.recvPasses;
-    Sleep(200);
-    EXPECT_EQ(passes, recorder.sendPasses + recorder.recvPasses);
 
     // Reopened, new threads call the response set since.
     Recorder second;
