@@ -7,7 +7,8 @@ root=$PWD
 build=$root/build/mingw
 scripts/setup.sh
 cmake --preset mingw >/dev/null
-cmake --build --preset mingw --target texture_load_bench sprite_render_bench mp3_decode_bench native_tools >/dev/null
+cmake --build --preset mingw --target texture_load_bench sprite_render_bench mp3_decode_bench serial_bench native_tools \
+    >/dev/null
 
 art=$build/bench-art
 if [ ! -f "$art/atlas.te" ]; then
@@ -17,7 +18,8 @@ if [ ! -f "$art/atlas.te" ]; then
 fi
 
 "$root/cmake/wine-session.sh" start "$build/wine" >/dev/null
-trap '"$root/cmake/wine-session.sh" stop "$build/wine" >/dev/null' EXIT
+trap '"$root/cmake/serial-line.sh" stop "$build/wine" >/dev/null; "$root/cmake/wine-session.sh" stop "$build/wine" >/dev/null' EXIT
+"$root/cmake/serial-line.sh" start "$build/wine" >/dev/null
 cd "$build/bin"
 atlas="Z:${art//\//\\}\\atlas.te"
 ZQ_WINE_STATE=$build/wine "$root/cmake/wine-run.sh" texture_load_bench.exe "$atlas" "${1:-5}"
@@ -41,3 +43,5 @@ for round in 1 2 3; do
     awk -v round="$round" -v wall="$(awk -v a="$start" -v b="$end" 'BEGIN { print b - a }')" \
         'BEGIN { printf "mpg123 (native), round %d: 180 s in %.3f s, %.0f seconds decoded per second\n", round, wall, 180 / wall }'
 done
+echo
+ZQ_WINE_STATE=$build/wine "$root/cmake/wine-run.sh" serial_bench.exe COM7 COM8 "${4:-1}"

@@ -43,3 +43,7 @@
 
 #include "ZQ/threed/ZQ3DCamera.h"
 #include "ZQ/threed/ZQ3DSpline.h"
+
+#include "ZQ/serial/ZQRS232.h"
+#include "ZQ/serial/ZQResponseClass.h"
+#include "ZQ/serial/ZQSQueue.h"

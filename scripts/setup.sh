@@ -9,6 +9,7 @@ packages=(
     wine wine64 xvfb
     clang libclang-rt-14-dev libstb-dev
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good lame sox mpg123
+    socat
 )
 
 missing=()
