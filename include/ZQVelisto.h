@@ -28,6 +28,7 @@
 #include "ZQ/frame/ZQVelisto.h"
 #include "ZQ/frame/ZQWindow.h"
 
+#include "ZQ/twod/ZQFont.h"
 #include "ZQ/twod/ZQPackedFile.h"
 #include "ZQ/twod/ZQSprite.h"
 #include "ZQ/twod/ZQSpriteRender.h"
