@@ -75,6 +75,11 @@ void AnimationScene::OnFrameRender(IDirect3DDevice9* device, double time, float 
         m_afterRender(device);
 }
 
+void AnimationScene::OnKeyboard(UINT key, bool down, bool, void*) {
+    if (down && (key == VK_RETURN || key == VK_SPACE) && m_next)
+        m_next();
+}
+
 void AnimationScene::OnMouse(bool buttonDown, bool left, bool, bool, bool, bool, int, int x, int y, void*) {
     if (buttonDown && left && m_sparkles)
         m_sparkles->Entry(L"sparkle", D3DXVECTOR3(static_cast<float>(x), static_cast<float>(y), 0.0f), true, 1);

@@ -6,19 +6,22 @@
 
 class AnimationScene : public ZQ::ZQScene {
 public:
-    /// afterRender runs once the scene has drawn, before the frame is presented (screenshots).
-    explicit AnimationScene(void (*afterRender)(IDirect3DDevice9*)) : m_afterRender(afterRender) {}
+    /// afterRender runs once the scene has drawn, before the frame is presented (screenshots); next
+    /// moves on to the next screen (Enter or Space).
+    AnimationScene(void (*afterRender)(IDirect3DDevice9*), void (*next)()) : m_afterRender(afterRender), m_next(next) {}
     ~AnimationScene() override { OnDestroyDevice(nullptr); }
 
     HRESULT OnCreateDevice(IDirect3DDevice9* device, const D3DSURFACE_DESC*, void*) override;
     void OnDestroyDevice(void*) override;
     void OnFrameMove(IDirect3DDevice9* device, double time, float elapsed, void* context) override;
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context) override;
+    void OnKeyboard(UINT key, bool down, bool alt, void* context) override;
     void OnMouse(bool buttonDown, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
                  void* context) override;
 
 private:
     void (*m_afterRender)(IDirect3DDevice9*);
+    void (*m_next)();
     ZQ::ZQSprite* m_sprite = nullptr;
     ZQ::ZQAnimate* m_animate = nullptr;
     ZQ::ZQRenderSingle* m_coin = nullptr;

@@ -211,7 +211,8 @@ int main() {
     app.Entry(kSceneNames[0], new KioskScene(0, D3DCOLOR_XRGB(16, 32, 96), D3DCOLOR_XRGB(240, 200, 40)));
     app.Entry(kSceneNames[1], new KioskScene(1, D3DCOLOR_XRGB(16, 80, 40), D3DCOLOR_XRGB(250, 250, 250)));
     app.Entry(kSceneNames[2], new KioskScene(2, D3DCOLOR_XRGB(110, 60, 10), D3DCOLOR_XRGB(20, 20, 20)));
-    app.Entry(kSceneNames[3], new AnimationScene([](IDirect3DDevice9* device) { g_app->MaybeScreenshot(device); }));
+    app.Entry(kSceneNames[3], new AnimationScene([](IDirect3DDevice9* device) { g_app->MaybeScreenshot(device); },
+                                                 [] { g_app->Next(); }));
     app.Trans(kSceneNames[0]);
     app.AddTimer(KioskApp::OnTimer, kSceneSeconds, nullptr, &app);
     app.MainLoop(nullptr);
