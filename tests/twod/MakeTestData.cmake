@@ -21,4 +21,6 @@ run(${pack} te --quiet -o ${DATA}/sprites.te ${DATA}/sprites.txt)
 # Names that fool an extension test: an ".OM" file whose name also holds ".TE", and the other way round.
 file(COPY_FILE ${DATA}/pics.om ${DATA}/pics.te.om)
 file(COPY_FILE ${DATA}/atlas.te ${DATA}/atlas.om.te)
+# A font file that Debian ships (fonts-dejavu-core), for the font tests.
+file(COPY_FILE /usr/share/fonts/truetype/dejavu/DejaVuSans.ttf ${DATA}/DejaVuSans.ttf)
 file(COPY ${DATA}/atlas.te ${DATA}/wide.te ${DATA}/pics.om ${DATA}/first.om DESTINATION ${DATA}/corpus)

@@ -8,17 +8,17 @@ namespace twodtest {
 
 namespace {
 
-class App : public ZQ::ZQVelisto {
+class TestApp : public ZQ::ZQVelisto {
 public:
-    App() : ZQVelisto(L"ZQVelisto texture tests", 320, 240) {}
+    TestApp() : ZQVelisto(L"ZQVelisto texture tests", 320, 240) {}
 };
 
-App* g_app = nullptr;
+TestApp* g_app = nullptr;
 
 class DeviceEnvironment : public ::testing::Environment {
 public:
     void SetUp() override {
-        g_app = new App;
+        g_app = new TestApp;
         g_app->Init(false, false, false, false);
         g_app->SetShowMsgBoxOnError(false);
         ASSERT_EQ(g_app->CreateWindow(L"ZQVelisto texture tests", nullptr, nullptr, nullptr, 0, 0), S_OK);
@@ -30,6 +30,10 @@ public:
 const ::testing::Environment* const g_environment = ::testing::AddGlobalTestEnvironment(new DeviceEnvironment);
 
 } // namespace
+
+ZQ::ZQVelisto* App() {
+    return g_app;
+}
 
 IDirect3DDevice9* Device() {
     return g_app->GetDevice();

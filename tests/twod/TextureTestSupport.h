@@ -6,7 +6,8 @@
 
 namespace twodtest {
 
-/// The device of the test program's one application object.
+/// The test program's one application object and its device.
+ZQ::ZQVelisto* App();
 IDirect3DDevice9* Device();
 /// A file of the test data folder, as a Windows path.
 std::wstring Data(const std::wstring& name);
