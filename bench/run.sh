@@ -7,7 +7,7 @@ root=$PWD
 build=$root/build/mingw
 scripts/setup.sh
 cmake --preset mingw >/dev/null
-cmake --build --preset mingw --target texture_load_bench sprite_render_bench mp3_decode_bench native_tools >/dev/null
+cmake --build --preset mingw --target texture_load_bench sprite_render_bench mp3_decode_bench name_map_bench native_tools >/dev/null
 
 art=$build/bench-art
 if [ ! -f "$art/atlas.te" ]; then
@@ -23,6 +23,8 @@ atlas="Z:${art//\//\\}\\atlas.te"
 ZQ_WINE_STATE=$build/wine "$root/cmake/wine-run.sh" texture_load_bench.exe "$atlas" "${1:-5}"
 echo
 ZQ_WINE_STATE=$build/wine "$root/cmake/wine-run.sh" sprite_render_bench.exe "$atlas" "${2:-20}"
+echo
+ZQ_WINE_STATE=$build/wine "$root/cmake/wine-run.sh" name_map_bench.exe "$atlas" "${1:-5}"
 
 # Three minutes of 22,050 Hz stereo (a sweep on the left, pink noise on the right) as a 128 kbit/s MP3,
 # decoded by the library under Wine, then by mpg123 natively in the same run.
