@@ -247,11 +247,17 @@ void* ZQMapper::find_name(const wchar_t* name) const {
     const size_t length = wcsnlen(name, kLongestName + 1);
     if (length > kLongestName)
         return nullptr;
-    // Upper-cased by the same rule as the stored names.
+    // Upper-cased by the same rule as the stored names; ASCII, the usual case, without the runtime's call.
     wchar_t upper[kLongestName + 1];
-    std::wmemcpy(upper, name, length);
+    bool ascii = true;
+    for (size_t i = 0; i < length; ++i) {
+        const wchar_t c = name[i];
+        ascii = ascii && c < 0x80;
+        upper[i] = c >= L'a' && c <= L'z' ? static_cast<wchar_t>(c - (L'a' - L'A')) : c;
+    }
     upper[length] = 0;
-    _wcsupr(upper);
+    if (!ascii)
+        _wcsupr(upper);
     ZQNode* node = LookupUpper(upper, static_cast<unsigned int>(length));
     return node ? node->value : nullptr;
 }
