@@ -264,8 +264,9 @@ void CheckNames(const std::vector<Sprite>& sprites, const Options& options, bool
         const auto earlier = seen.emplace(folded, &sprite);
         if (!earlier.second) {
             const Sprite& first = *earlier.first->second;
-            Warn(options, "the name " + quoted + (first.name == sprite.name ? " is given twice" : " differs only in case from \"" + first.name + "\"") +
-                              " (" + first.file + "): it cannot be found, the first one is");
+            const std::string how =
+                first.name == sprite.name ? " is given twice" : " differs only in case from \"" + first.name + "\"";
+            Warn(options, "the name " + quoted + how + " (" + first.file + "): it cannot be found, the first one is");
         }
         if (!wideNames && std::any_of(sprite.name.begin(), sprite.name.end(), [](char c) { return c & 0x80; }))
             Warn(options, "the name " + quoted +
