@@ -8,7 +8,7 @@ build=$root/build/mingw
 scripts/setup.sh
 cmake --preset mingw >/dev/null
 cmake --build --preset mingw --target texture_load_bench sprite_render_bench animation_bench mp3_decode_bench \
-    serial_bench native_tools >/dev/null
+    serial_bench name_map_bench native_tools >/dev/null
 
 art=$build/bench-art
 if [ ! -f "$art/atlas.te" ]; then
@@ -33,6 +33,8 @@ atlas="Z:${art//\//\\}\\atlas.te"
 ZQ_WINE_STATE=$build/wine "$root/cmake/wine-run.sh" texture_load_bench.exe "$atlas" "${1:-5}"
 echo
 ZQ_WINE_STATE=$build/wine "$root/cmake/wine-run.sh" sprite_render_bench.exe "$atlas" "${2:-20}"
+echo
+ZQ_WINE_STATE=$build/wine "$root/cmake/wine-run.sh" name_map_bench.exe "$atlas" "${1:-5}"
 
 # Three minutes of 22,050 Hz stereo (a sweep on the left, pink noise on the right) as a 128 kbit/s MP3,
 # decoded by the library under Wine, then by mpg123 natively in the same run.

@@ -73,7 +73,8 @@ int main(int argc, char** argv) {
     }
     bool ok = Save(dir, "wide.png", 300, 200, 10) && Save(dir, "odd.png", 301, 33, 20) &&
               Save(dir, "chunk_a.png", 100, 40, 30) && Save(dir, "chunk_b.png", 32, 16, 40, true) &&
-              Save(dir, "chunk_c.png", 64, 64, 50) && SaveQuadrants(dir, "quad.png", 32);
+              Save(dir, "chunk_c.png", 64, 64, 50) && SaveQuadrants(dir, "quad.png", 32) &&
+              Save(dir, "strip.png", 4000, 10, 60);
     std::FILE* broken = std::fopen((dir + "/broken.png").c_str(), "wb");
     ok = ok && broken && std::fputs("this is not an image", broken) >= 0;
     if (broken)

@@ -5,8 +5,8 @@
 //
 // INPUT is an image file, a folder (its images in name order) or a manifest (.txt) whose lines read
 //   FILE [NAME [ORIGIN_X ORIGIN_Y]]
-// with FILE relative to the manifest; '#' starts a comment. A name defaults to the file's name
-// without its extension.
+// with FILE relative to the manifest; '#' starts a comment, "double quotes" hold spaces. A name
+// defaults to the file's name without its extension.
 #include "ZQImage.h"
 #include "ZQPackedTexture.h"
 
@@ -15,11 +15,16 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <clocale>
 #include <cstring>
+#include <cwctype>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <iomanip>
+#include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -30,15 +35,20 @@ namespace {
 
 const char kUsage[] =
     "usage: zqpack te|om [options] -o OUTPUT INPUT...\n"
-    "  INPUT          an image, a folder of images, or a manifest (.txt: FILE [NAME [ORIGIN_X ORIGIN_Y]])\n"
+    "  INPUT          an image, a folder of images, or a manifest (.txt: FILE [NAME [ORIGIN_X ORIGIN_Y]],\n"
+    "                 \"quotes\" around a file or name with spaces)\n"
     "  -o FILE        the file to write\n"
     "  --wide         te: UTF-16 names (712-byte records) instead of single-byte names\n"
     "  --v1           om: the first layout (UTF-16 names, 104-byte records) instead of \"v2\"\n"
     "  --center       origins at the middle of each image (unless a manifest gives one)\n"
-    "  --padding N    pixels between images (default 1)\n"
-    "  --size WxH     atlas size (default: the smallest power-of-two size that fits)\n"
-    "  --max-size N   largest side tried for the atlas (default 8192)\n"
-    "  --quiet        no progress\n";
+    "  --padding N    pixels between images (default 1; none at the atlas's edges)\n"
+    "  --size WxH     atlas size, powers of two up to 16384 (default: the smallest that fits)\n"
+    "  --max-size N   largest side tried for the atlas (default 8192, at most 16384)\n"
+    "  --quiet        no progress and no warnings\n"
+    "  --help         this text\n";
+
+// The largest texture side the library sizes a texture for.
+const int kLargestSide = 16384;
 
 struct Sprite {
     Sprite(std::string file = {}, std::string name = {}) : file(std::move(file)), name(std::move(name)) {}
@@ -68,6 +78,11 @@ struct Options {
     std::exit(1);
 }
 
+void Warn(const Options& options, const std::string& message) {
+    if (!options.quiet)
+        std::fprintf(stderr, "zqpack: warning: %s\n", message.c_str());
+}
+
 bool IsImageFile(const fs::path& path) {
     std::string extension = path.extension().string();
     std::transform(extension.begin(), extension.end(), extension.begin(), ::tolower);
@@ -77,7 +92,13 @@ bool IsImageFile(const fs::path& path) {
     return false;
 }
 
-void AddManifest(const fs::path& manifest, std::vector<Sprite>& sprites) {
+bool IsNumber(const std::string& text) {
+    char* end = nullptr;
+    std::strtol(text.c_str(), &end, 10);
+    return !text.empty() && *end == 0;
+}
+
+void AddManifest(const fs::path& manifest, std::vector<Sprite>& sprites, const Options& options) {
     std::ifstream in(manifest);
     if (!in)
         Fail("cannot read " + manifest.string());
@@ -85,26 +106,39 @@ void AddManifest(const fs::path& manifest, std::vector<Sprite>& sprites) {
     int number = 0;
     while (std::getline(in, line)) {
         ++number;
-        line = line.substr(0, line.find('#'));
-        std::istringstream fields(line);
-        Sprite sprite;
-        if (!(fields >> sprite.file))
+        const std::string where = manifest.string() + ":" + std::to_string(number) + ": ";
+        std::istringstream fields(line.substr(0, line.find('#')));
+        std::vector<std::string> words;
+        for (std::string word; fields >> std::quoted(word);)
+            words.push_back(word);
+        if (words.empty())
             continue;
-        sprite.file = (manifest.parent_path() / sprite.file).string();
-        if (!(fields >> sprite.name))
-            sprite.name = fs::path(sprite.file).stem().string();
-        if (fields >> sprite.originX) {
-            if (!(fields >> sprite.originY))
-                Fail(manifest.string() + ":" + std::to_string(number) + ": an origin needs x and y");
+        if (words.size() > 4)
+            Fail(where + "a line reads FILE [NAME [ORIGIN_X ORIGIN_Y]]");
+        Sprite sprite((manifest.parent_path() / words[0]).string());
+        // "FILE X Y": an origin without a name, which would otherwise read as the name X.
+        if (words.size() == 3 && IsNumber(words[1]) && IsNumber(words[2])) {
+            Warn(options, where + "an origin without a name; the name is the file's, \"" +
+                              fs::path(words[0]).stem().string() + "\"");
+            words.insert(words.begin() + 1, fs::path(words[0]).stem().string());
+        }
+        sprite.name = words.size() > 1 ? words[1] : fs::path(sprite.file).stem().string();
+        if (words.size() == 3)
+            Fail(where + "an origin needs x and y");
+        if (words.size() == 4) {
+            if (!IsNumber(words[2]) || !IsNumber(words[3]))
+                Fail(where + "the origin must be two whole numbers");
+            sprite.originX = std::atoi(words[2].c_str());
+            sprite.originY = std::atoi(words[3].c_str());
             sprite.hasOrigin = true;
         }
         sprites.push_back(sprite);
     }
 }
 
-std::vector<Sprite> CollectSprites(const std::vector<std::string>& inputs) {
+std::vector<Sprite> CollectSprites(const Options& options) {
     std::vector<Sprite> sprites;
-    for (const std::string& input : inputs) {
+    for (const std::string& input : options.inputs) {
         const fs::path path(input);
         if (fs::is_directory(path)) {
             std::vector<fs::path> files;
@@ -115,7 +149,7 @@ std::vector<Sprite> CollectSprites(const std::vector<std::string>& inputs) {
             for (const fs::path& file : files)
                 sprites.emplace_back(file.string(), file.stem().string());
         } else if (path.extension() == ".txt") {
-            AddManifest(path, sprites);
+            AddManifest(path, sprites, options);
         } else {
             sprites.emplace_back(input, path.stem().string());
         }
@@ -130,31 +164,37 @@ void Progress(const Options& options, const char* what, size_t done, size_t tota
         std::fprintf(stderr, "zqpack: %s %zu/%zu\n", what, done, total);
 }
 
-// Tries the given size, or power-of-two sizes from the smallest whose area suffices.
+// Tries the given size, or else every power-of-two size up to the largest side, smallest area first (of
+// equal areas the squarer, then the wider). Padding goes right of and below each image; the atlas is
+// that much larger for the packer, so images may touch its right and bottom edges.
 void Pack(std::vector<Sprite>& sprites, const Options& options, int& width, int& height) {
     std::vector<stbrp_rect> rects(sprites.size());
     long long area = 0;
+    int widest = 0, tallest = 0;
     for (size_t i = 0; i < sprites.size(); ++i) {
         rects[i].id = static_cast<int>(i);
         rects[i].w = sprites[i].image.width + options.padding;
         rects[i].h = sprites[i].image.height + options.padding;
-        area += static_cast<long long>(rects[i].w) * rects[i].h;
+        area += static_cast<long long>(sprites[i].image.width) * sprites[i].image.height;
+        widest = std::max(widest, sprites[i].image.width);
+        tallest = std::max(tallest, sprites[i].image.height);
     }
     std::vector<std::pair<int, int>> sizes;
     if (options.width > 0) {
         sizes.push_back({options.width, options.height});
     } else {
-        for (int w = 16, h = 16; w <= options.maxSide && h <= options.maxSide;) {
-            if (static_cast<long long>(w) * h >= area)
-                sizes.push_back({w, h});
-            if (w <= h)
-                w *= 2;
-            else
-                h *= 2;
-        }
+        for (int w = 1; w <= options.maxSide; w *= 2)
+            for (int h = 1; h <= options.maxSide; h *= 2)
+                if (w >= widest && h >= tallest && static_cast<long long>(w) * h >= area)
+                    sizes.push_back({w, h});
+        auto order = [](const std::pair<int, int>& size) {
+            const long long w = size.first, h = size.second;
+            return std::make_tuple(w * h, std::max(w, h) / std::min(w, h), -w);
+        };
+        std::sort(sizes.begin(), sizes.end(),
+                  [&](const std::pair<int, int>& a, const std::pair<int, int>& b) { return order(a) < order(b); });
     }
     for (const auto& size : sizes) {
-        // The padding goes right and below each image, so the last column and row may lose it.
         const int packWidth = size.first + options.padding, packHeight = size.second + options.padding;
         std::vector<stbrp_node> nodes(static_cast<size_t>(packWidth));
         stbrp_context context;
@@ -171,6 +211,8 @@ void Pack(std::vector<Sprite>& sprites, const Options& options, int& width, int&
             return;
         }
     }
+    if (options.width > 0)
+        Fail("the images do not fit into " + std::to_string(options.width) + " x " + std::to_string(options.height));
     Fail("the images do not fit into an atlas of at most " + std::to_string(options.maxSide) + " pixels a side");
 }
 
@@ -210,7 +252,41 @@ std::u16string Utf16(const std::string& utf8) {
     return text;
 }
 
+// Names the library will not find, or will read otherwise than the artist meant.
+void CheckNames(const std::vector<Sprite>& sprites, const Options& options, bool wideNames) {
+    std::map<std::u16string, const Sprite*> seen;
+    for (const Sprite& sprite : sprites) {
+        const std::string quoted = "\"" + sprite.name + "\" (" + sprite.file + ")";
+        // The library upper-cases names, so the first of two names that differ only in case wins.
+        std::u16string folded = Utf16(sprite.name);
+        for (char16_t& unit : folded)
+            unit = static_cast<char16_t>(std::towupper(unit));
+        const auto earlier = seen.emplace(folded, &sprite);
+        if (!earlier.second) {
+            const Sprite& first = *earlier.first->second;
+            const std::string how =
+                first.name == sprite.name ? " is given twice" : " differs only in case from \"" + first.name + "\"";
+            Warn(options, "the name " + quoted + how + " (" + first.file + "): it cannot be found, the first one is");
+        }
+        if (!wideNames && std::any_of(sprite.name.begin(), sprite.name.end(), [](char c) { return c & 0x80; }))
+            Warn(options, "the name " + quoted +
+                              " is not ASCII: single-byte names are read in the machine's code page; use " +
+                              (options.atlas ? "--wide" : "--v1") + " for UTF-16 names");
+        if (sprite.name.find('%') != std::string::npos)
+            Warn(options, "the name " + quoted + " holds '%', which the library reads as format text");
+    }
+}
+
+bool IsPowerOfTwoSide(int side) {
+    return side > 0 && side <= kLargestSide && (side & (side - 1)) == 0;
+}
+
 Options ParseOptions(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i)
+        if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
+            std::fputs(kUsage, stdout);
+            std::exit(0);
+        }
     if (argc < 2 || (std::strcmp(argv[1], "te") != 0 && std::strcmp(argv[1], "om") != 0)) {
         std::fputs(kUsage, stderr);
         std::exit(2);
@@ -236,16 +312,17 @@ Options ParseOptions(int argc, char** argv) {
             options.quiet = true;
         else if (arg == "--padding")
             options.padding = std::max(0, std::atoi(value().c_str()));
-        else if (arg == "--max-size")
+        else if (arg == "--max-size") {
             options.maxSide = std::atoi(value().c_str());
-        else if (arg == "--size") {
+            if (options.maxSide < 1 || options.maxSide > kLargestSide)
+                Fail("--max-size takes 1 to " + std::to_string(kLargestSide));
+        } else if (arg == "--size") {
             const std::string size = value();
-            if (std::sscanf(size.c_str(), "%dx%d", &options.width, &options.height) != 2 || options.width <= 0 ||
-                options.height <= 0)
-                Fail("--size takes WIDTHxHEIGHT");
-        } else if (arg == "--help" || arg == "-h") {
-            std::fputs(kUsage, stdout);
-            std::exit(0);
+            char end = 0;
+            // Texture coordinates are fractions of the atlas: a texture of another size would not match them.
+            if (std::sscanf(size.c_str(), "%dx%d%c", &options.width, &options.height, &end) != 2 ||
+                !IsPowerOfTwoSide(options.width) || !IsPowerOfTwoSide(options.height))
+                Fail("--size takes WIDTHxHEIGHT, each a power of two from 1 to " + std::to_string(kLargestSide));
         } else if (!arg.empty() && arg[0] == '-')
             Fail("unknown option " + arg);
         else
@@ -261,8 +338,9 @@ Options ParseOptions(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    std::setlocale(LC_CTYPE, "C.UTF-8");
     const Options options = ParseOptions(argc, argv);
-    std::vector<Sprite> sprites = CollectSprites(options.inputs);
+    std::vector<Sprite> sprites = CollectSprites(options);
     if (sprites.empty())
         Fail("no images given");
     const bool wideNames = options.atlas ? options.wide : options.versionOne;
@@ -284,6 +362,8 @@ int main(int argc, char** argv) {
         }
         Progress(options, "read", i + 1, sprites.size());
     }
+
+    CheckNames(sprites, options, wideNames);
 
     int width = 0, height = 0;
     Pack(sprites, options, width, height);

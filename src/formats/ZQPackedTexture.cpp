@@ -257,5 +257,38 @@ long PackedLog2(unsigned long value) {
     }
 }
 
+uint32_t PackedMipLevels(uint32_t width, uint32_t height) {
+    const long levels = std::min(PackedLog2(width), PackedLog2(height)) - 1;
+    return levels > 0 ? static_cast<uint32_t>(levels) : 1;
+}
+
+uint32_t LoaderSide(int64_t declared, uint32_t imageSide, uint32_t deviceMax) {
+    uint64_t bound = 1;
+    while (bound < imageSide)
+        bound <<= 1;
+    if (deviceMax > 0)
+        bound = std::min<uint64_t>(bound, deviceMax);
+    if (declared <= 0 || static_cast<uint64_t>(declared) > bound)
+        return static_cast<uint32_t>(bound);
+    return static_cast<uint32_t>(declared);
+}
+
+SplitChunk PlanSplitChunk(const int32_t pixel[4], uint32_t imageWidth, uint32_t imageHeight, uint32_t deviceMax) {
+    SplitChunk chunk;
+    const int64_t limits[4] = {imageWidth, imageHeight, imageWidth, imageHeight};
+    for (int k = 0; k < 4; ++k)
+        chunk.source[k] = static_cast<int32_t>(std::clamp<int64_t>(pixel[k], 0, limits[k]));
+    const int64_t width = int64_t{chunk.source[2]} - chunk.source[0];
+    const int64_t height = int64_t{chunk.source[3]} - chunk.source[1];
+    if (width <= 0 || height <= 0)
+        return chunk;
+    const long exponent = PackedLog2(static_cast<unsigned long>(std::max(width, height)));
+    if (exponent < 0 || (deviceMax > 0 && (uint64_t{1} << exponent) > deviceMax))
+        return chunk;
+    chunk.side = 1u << exponent;
+    chunk.levels = PackedMipLevels(static_cast<uint32_t>(width), static_cast<uint32_t>(height));
+    return chunk;
+}
+
 } // namespace formats
 } // namespace ZQ

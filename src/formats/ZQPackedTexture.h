@@ -67,6 +67,24 @@ std::vector<uint8_t> WriteTe(const PackedFile& file, const std::vector<uint8_t>&
 /// Exponent of the smallest power of two strictly greater than value, for values below 4096;
 /// 12, 13, 14 for exactly 4096, 8192, 16384; -1 otherwise.
 long PackedLog2(unsigned long value);
+/// min(log2(width) - 1, log2(height) - 1) mip levels, at least 1.
+uint32_t PackedMipLevels(uint32_t width, uint32_t height);
+
+/// The width (or height) to ask the image loader for: the header's value, but never more than the
+/// decoded image's side rounded up to a power of two, nor the device's largest side (0: no limit).
+/// A value of 0 or less, which no well-made file holds, asks for that bound.
+uint32_t LoaderSide(int64_t declared, uint32_t imageSide, uint32_t deviceMax);
+
+/// What split loading gives one record.
+struct SplitChunk {
+    int32_t source[4] = {}; ///< the record's rectangle clipped to the image: left, top, right, bottom
+    uint32_t side = 0;      ///< of the chunk's square texture; 0: no texture
+    uint32_t levels = 0;
+};
+/// The record's pixel rectangle is clipped to the image first; an empty result gets no texture, nor does a
+/// side past the device's largest (0: no limit). The side is the smallest power of two strictly greater
+/// than the clipped rectangle's larger side.
+SplitChunk PlanSplitChunk(const int32_t pixel[4], uint32_t imageWidth, uint32_t imageHeight, uint32_t deviceMax);
 
 } // namespace formats
 } // namespace ZQ

@@ -20,13 +20,21 @@ void Report(const wchar_t* format, const wchar_t* file) {
     OutputDebugStringW(message);
 }
 
-// Names are taken as text, never as format directives: a name in a file is not to be trusted.
-ZQString ChunkName(const formats::PackedRecord& record) {
+// Names are taken as text, never as format directives: a name in a file is not to be trusted. One
+// string serves every record: a string made and freed per record fragments Wine's heap, whose free
+// lists then grow with every record, and a large file's loading time with the square of its records.
+void SetChunkName(const formats::PackedRecord& record, ZQString& name) {
+    wchar_t text[formats::kTeNameBytesWide / 2 + 1] = {};
+    const int room = static_cast<int>(formats::kTeNameBytesWide / 2);
     if (record.wideName) {
-        const std::wstring wide(record.wideNameText.begin(), record.wideNameText.end());
-        return ZQString(L"%ls", wide.c_str());
+        const size_t units = std::min(record.wideNameText.size(), static_cast<size_t>(room));
+        std::copy_n(record.wideNameText.begin(), units, text);
+    } else if (!record.narrowName.empty()) {
+        // As the formatting constructor reads single-byte text: the ANSI code page.
+        const std::string& narrow = record.narrowName;
+        MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, narrow.data(), static_cast<int>(narrow.size()), text, room);
     }
-    return ZQString("%s", record.narrowName.c_str());
+    name = text;
 }
 
 _ZQTextureChunk_tag* MakeChunk(const formats::PackedRecord& record, bool atlas) {
@@ -43,12 +51,6 @@ _ZQTextureChunk_tag* MakeChunk(const formats::PackedRecord& record, bool atlas) 
     return chunk;
 }
 
-// min(log2(w) - 1, log2(h) - 1) mip levels; a side past 4096 that is no power of two gives one level.
-UINT MipLevels(unsigned long width, unsigned long height) {
-    const long levels = std::min(formats::PackedLog2(width), formats::PackedLog2(height)) - 1;
-    return levels > 0 ? static_cast<UINT>(levels) : 1;
-}
-
 void GiveSharedTexture(IDirect3DDevice9* device, IDirect3DTexture9* loaded, const D3DXIMAGE_INFO& info,
                        const std::vector<_ZQTextureChunk_tag*>& table) {
     // A file without records has no chunk to own the texture.
@@ -59,38 +61,43 @@ void GiveSharedTexture(IDirect3DDevice9* device, IDirect3DTexture9* loaded, cons
         return;
     const RECT whole = {0, 0, static_cast<LONG>(info.Width), static_cast<LONG>(info.Height)};
     table[0]->texture = ZQCopyToNewTexture(device, loaded, nullptr, whole, desc.Width, desc.Height,
-                                           MipLevels(desc.Width, desc.Height), desc.Format);
+                                           formats::PackedMipLevels(desc.Width, desc.Height), desc.Format);
     for (size_t i = 1; i < table.size(); ++i)
         table[i]->sharedTexture = table[0]->texture;
 }
 
-void GiveOwnTextures(IDirect3DDevice9* device, IDirect3DTexture9* loaded,
-                     const std::vector<_ZQTextureChunk_tag*>& table) {
+void GiveOwnTextures(IDirect3DDevice9* device, IDirect3DTexture9* loaded, const D3DXIMAGE_INFO& info,
+                     UINT deviceMax, const std::vector<_ZQTextureChunk_tag*>& table) {
     D3DSURFACE_DESC loadedDesc;
     if (FAILED(loaded->GetLevelDesc(0, &loadedDesc)))
         return;
+    // Rectangles are read from the image as loaded, which is never larger than the image itself.
+    const UINT imageWidth = std::min(info.Width, loadedDesc.Width);
+    const UINT imageHeight = std::min(info.Height, loadedDesc.Height);
     for (_ZQTextureChunk_tag* chunk : table) {
-        const float widthF = chunk->pixel.right - chunk->pixel.left;
-        const float heightF = chunk->pixel.bottom - chunk->pixel.top;
-        if (!(widthF >= 1.0f && heightF >= 1.0f && widthF <= 16384.0f && heightF <= 16384.0f))
+        const RECT& pixel = chunk->pixel.rect;
+        const int32_t rectangle[4] = {pixel.left, pixel.top, pixel.right, pixel.bottom};
+        const formats::SplitChunk plan = formats::PlanSplitChunk(rectangle, imageWidth, imageHeight, deviceMax);
+        if (!plan.side)
             continue;
-        const int width = static_cast<int>(widthF), height = static_cast<int>(heightF);
-        // The smallest power of two strictly greater than the larger side (128 gets 256).
-        const long exponent = formats::PackedLog2(static_cast<unsigned long>(std::max(width, height)));
-        if (exponent < 0)
-            continue;
-        const UINT side = 1u << exponent;
-        const RECT source = *static_cast<RECT*>(chunk->pixel);
+        const RECT source = {plan.source[0], plan.source[1], plan.source[2], plan.source[3]};
+        const LONG width = source.right - source.left, height = source.bottom - source.top;
         const RECT destination = {0, 0, width, height};
-        chunk->texture = ZQCopyToNewTexture(device, loaded, &source, destination, side, side,
-                                            MipLevels(static_cast<unsigned long>(width),
-                                                      static_cast<unsigned long>(height)),
+        chunk->texture = ZQCopyToNewTexture(device, loaded, &source, destination, plan.side, plan.side, plan.levels,
                                             loadedDesc.Format);
         D3DSURFACE_DESC desc;
         if (chunk->texture && SUCCEEDED(chunk->texture->GetLevelDesc(0, &desc)))
             chunk->texcoord = ZQRect(0.0f, 0.0f, static_cast<float>(width) / static_cast<float>(desc.Width),
                                      static_cast<float>(height) / static_cast<float>(desc.Height));
     }
+}
+
+// The largest texture side the device takes; 0 when it cannot tell.
+UINT DeviceMaxSide(IDirect3DDevice9* device) {
+    D3DCAPS9 caps = {};
+    if (!device || FAILED(device->GetDeviceCaps(&caps)))
+        return 0;
+    return std::min(caps.MaxTextureWidth, caps.MaxTextureHeight);
 }
 
 void LoadPacked(IDirect3DDevice9* device, ZQMapper* chunks, const wchar_t* file, ZQPackedFormat format, bool split) {
@@ -113,9 +120,10 @@ void LoadPacked(IDirect3DDevice9* device, ZQMapper* chunks, const wchar_t* file,
     // Each chunk is registered at once, so that a later failure leaves the earlier ones in place.
     std::vector<_ZQTextureChunk_tag*> table;
     table.reserve(packed.records.size());
+    ZQString name;
     for (const formats::PackedRecord& record : packed.records) {
         _ZQTextureChunk_tag* chunk = MakeChunk(record, format == ZQPackedFormat::Te);
-        ZQString name = ChunkName(record);
+        SetChunkName(record, name);
         chunks->insert(name, chunk);
         table.push_back(chunk);
     }
@@ -124,17 +132,20 @@ void LoadPacked(IDirect3DDevice9* device, ZQMapper* chunks, const wchar_t* file,
     IDirect3DTexture9* loaded = nullptr;
     const UINT imageBytes = static_cast<UINT>(packed.imageBytes);
     HRESULT hr = device && imageBytes ? D3DXGetImageInfoFromFileInMemory(packed.image, imageBytes, &info) : E_FAIL;
+    // The header's size is only a request: the texture never outgrows the image it holds.
+    const UINT deviceMax = DeviceMaxSide(device);
+    const UINT width = formats::LoaderSide(packed.width, info.Width, deviceMax);
+    const UINT height = formats::LoaderSide(packed.height, info.Height, deviceMax);
     if (SUCCEEDED(hr))
-        hr = D3DXCreateTextureFromFileInMemoryEx(device, packed.image, imageBytes, static_cast<UINT>(packed.width),
-                                                 static_cast<UINT>(packed.height), D3DX_DEFAULT, 0, D3DFMT_UNKNOWN,
-                                                 D3DPOOL_MANAGED, D3DX_DEFAULT, D3DX_DEFAULT, 0, &info, nullptr,
-                                                 &loaded);
+        hr = D3DXCreateTextureFromFileInMemoryEx(device, packed.image, imageBytes, width, height, D3DX_DEFAULT, 0,
+                                                 D3DFMT_UNKNOWN, D3DPOOL_MANAGED, D3DX_DEFAULT, D3DX_DEFAULT, 0,
+                                                 &info, nullptr, &loaded);
     if (FAILED(hr) || !loaded) {
         Report(L"%ls D3DXCreateTextureFromFileInMemoryEx Error", file);
         return;
     }
     if (split)
-        GiveOwnTextures(device, loaded, table);
+        GiveOwnTextures(device, loaded, info, deviceMax, table);
     else
         GiveSharedTexture(device, loaded, info, table);
     loaded->Release();

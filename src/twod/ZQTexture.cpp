@@ -50,8 +50,13 @@ void ZQTexture::Entry(const wchar_t* file, bool split) {
     ZQLock lock(&m_lock);
     if (!file)
         return;
+    // Only the file's own name counts, not its folders.
+    const wchar_t* own = file;
+    for (const wchar_t* at = file; *at; ++at)
+        if (*at == L'\\' || *at == L'/' || *at == L':')
+            own = at + 1;
     ZQString upper;
-    upper = file;
+    upper = own;
     upper.upper();
     const wchar_t* text = upper;
     // A substring test, ".OM" first: "pics.om.bak" is an ".OM" file.
@@ -78,7 +83,6 @@ void ZQTexture::Entry(const wchar_t* name, const wchar_t* file, bool center) {
         loaded->Release();
         return;
     }
-    const long levels = std::min(formats::PackedLog2(desc.Width), formats::PackedLog2(desc.Height)) - 1;
     const RECT whole = {0, 0, static_cast<LONG>(info.Width), static_cast<LONG>(info.Height)};
     _ZQTextureChunk_tag* chunk = new (std::nothrow) _ZQTextureChunk_tag;
     if (!chunk) {
@@ -86,7 +90,7 @@ void ZQTexture::Entry(const wchar_t* name, const wchar_t* file, bool center) {
         return;
     }
     chunk->texture = ZQCopyToNewTexture(m_device, loaded, nullptr, whole, desc.Width, desc.Height,
-                                        levels > 0 ? static_cast<UINT>(levels) : 1, desc.Format);
+                                        formats::PackedMipLevels(desc.Width, desc.Height), desc.Format);
     loaded->Release();
     const int width = static_cast<int>(info.Width), height = static_cast<int>(info.Height);
     chunk->pixel = ZQRect(0, 0, width, height);
@@ -103,9 +107,7 @@ void ZQTexture::Entry(const wchar_t* name, const wchar_t* file, bool center) {
 
 _ZQTextureChunk_tag* ZQTexture::Trans(const wchar_t* name) {
     ZQLock lock(&m_lock);
-    if (!name)
-        return nullptr;
-    return static_cast<_ZQTextureChunk_tag*>(m_chunks.find(name));
+    return static_cast<_ZQTextureChunk_tag*>(m_chunks.find_name(name));
 }
 
 } // namespace ZQ

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
 using ZQ::ZQMapper;
@@ -110,6 +111,15 @@ TEST(ZQMapper, NullLookupRepeatsThePreviousName) {
     EXPECT_EQ(map.find(static_cast<const char*>(nullptr)), &a);
     EXPECT_EQ(map.find(L"none"), nullptr);
     EXPECT_EQ(map.find(static_cast<const wchar_t*>(nullptr)), nullptr);
+
+    // A name longer than the lookup key holds is found nowhere, not mistaken for the previous one.
+    EXPECT_EQ(map.find(L"coin"), &a);
+    EXPECT_EQ(map.find(std::wstring(2048, L'x').c_str()), nullptr);
+    EXPECT_EQ(map.find("coin"), &a);
+    EXPECT_EQ(map.find(std::string(5000, 'x').c_str()), nullptr);
+    EXPECT_EQ(map.find_name(L"cOIN"), &a);
+    EXPECT_EQ(map.find_name(std::wstring(2048, L'x').c_str()), nullptr);
+    EXPECT_EQ(map.find_name(nullptr), nullptr);
 }
 
 TEST(ZQMapper, ThousandsOfEntriesClearAndRefill) {

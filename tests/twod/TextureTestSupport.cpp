@@ -67,6 +67,15 @@ std::wstring CopyData(const std::wstring& from, const std::wstring& to, long cut
     return path;
 }
 
+std::wstring PatchData(const std::wstring& from, const std::wstring& to,
+                       std::initializer_list<std::pair<long, int32_t>> values) {
+    std::wstring path = CopyData(from, to);
+    for (const auto& value : values)
+        for (long i = 0; i < 4; ++i)
+            path = CopyData(to, to, -1, value.first + i, static_cast<unsigned char>(value.second >> (8 * i)));
+    return path;
+}
+
 D3DCOLOR ReadPixel(IDirect3DTexture9* texture, int x, int y) {
     D3DLOCKED_RECT locked;
     RECT one = {x, y, x + 1, y + 1};

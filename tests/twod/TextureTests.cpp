@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "support/RectExpect.h"
 
 using twodtest::ArtPixel;
@@ -10,6 +12,7 @@ using twodtest::Data;
 using twodtest::Device;
 using twodtest::LevelDesc;
 using twodtest::Near;
+using twodtest::PatchData;
 using twodtest::Levels;
 using twodtest::ReadPixel;
 using ZQ::ZQTexture;
@@ -18,7 +21,15 @@ using Chunk = ZQ::_ZQTextureChunk_tag;
 namespace {
 
 // Sizes of the packed files' parts, as the tools write them.
-const long kOmHeader = 28, kOmRecordV2 = 72;
+const long kOmHeader = 28, kOmRecordV2 = 72, kTeHeader = 144, kTeRecord = 456;
+// Where fields sit: the header's image size, a "v2" record's pixel rectangle, an atlas record's size.
+const long kOmWidth = 16, kOmHeight = 20, kTeWidth = 4, kTeHeight = 8;
+long OmPixel(long record) {
+    return kOmHeader + record * kOmRecordV2 + 32;
+}
+long TeSize(long record) {
+    return kTeHeader + record * kTeRecord + 288;
+}
 
 class Log2Probe : public ZQ::ZQOmFile {
 public:
@@ -71,6 +82,7 @@ TEST(ZQTexture, NothingComesOfBadNamesAndFiles) {
     EXPECT_EQ(noDevice.Trans(L"wide"), nullptr);
     ASSERT_NE(noDevice.Trans(L"chunk_b"), nullptr) << "records register even when the image cannot be made";
     EXPECT_EQ(noDevice.Trans(L"chunk_b")->sharedTexture, nullptr);
+    EXPECT_EQ(noDevice.Trans(std::wstring(2048, L'b').c_str()), nullptr) << "not the chunk found before";
 }
 
 TEST(ZQTexture, AtlasRecordsShareTheFirstRecordsTexture) {
@@ -167,6 +179,12 @@ TEST(ZQTexture, TheExtensionIsASubstringAndOmComesFirst) {
     ZQTexture atlas(Device());
     atlas.Entry(Data(L"atlas.om.te").c_str());
     EXPECT_EQ(atlas.Trans(L"chunk_b"), nullptr) << "an atlas read as \".OM\" fails its magic";
+
+    // The folders' names play no part.
+    CreateDirectoryW(Data(L"x.omega").c_str(), nullptr);
+    ZQTexture inFolder(Device());
+    inFolder.Entry(CopyData(L"atlas.te", L"x.omega\\menu.te.bak").c_str());
+    EXPECT_NE(inFolder.Trans(L"chunk_b"), nullptr);
 }
 
 TEST(ZQTexture, BadHeadersRegisterNothing) {
@@ -218,6 +236,45 @@ TEST(ZQTexture, CutAndCorruptFilesKeepWhatTheyHold) {
         texture.Entry(CopyData(patch.from, patch.to, -1, patch.at, patch.value).c_str());
         EXPECT_EQ(texture.Trans(patch.chunk) != nullptr, patch.registered) << "byte " << patch.at << " patched";
     }
+}
+
+TEST(ZQTexture, DeclaredSizesNeverOutgrowTheImage) {
+    ZQTexture plain(Device());
+    plain.Entry(Data(L"pics.om").c_str());
+    plain.Entry(Data(L"atlas.te").c_str());
+    const D3DSURFACE_DESC om = LevelDesc(plain.Trans(L"chunk_a")->texture);
+    const D3DSURFACE_DESC te = LevelDesc(plain.Trans(L"chunk_c")->texture);
+
+    // A header asking for 16384 x 16384, and an atlas with negative sizes: the image's own texture.
+    ZQTexture huge(Device());
+    huge.Entry(PatchData(L"pics.om", L"huge-size.om", {{kOmWidth, 16384}, {kOmHeight, 16384}}).c_str());
+    huge.Entry(PatchData(L"atlas.te", L"negative-size.te", {{kTeWidth, -100}, {kTeHeight, -7}}).c_str());
+    EXPECT_EQ(LevelDesc(huge.Trans(L"chunk_a")->texture).Width, om.Width);
+    EXPECT_EQ(LevelDesc(huge.Trans(L"chunk_a")->texture).Height, om.Height);
+    EXPECT_EQ(LevelDesc(huge.Trans(L"chunk_c")->texture).Width, te.Width);
+    EXPECT_EQ(LevelDesc(huge.Trans(L"chunk_c")->texture).Height, te.Height);
+
+    // Split loading clips each rectangle to the image: far outside gets nothing, overhanging gets the part inside.
+    ZQTexture split(Device());
+    split.Entry(PatchData(L"pics.om", L"outside.om",
+                          {{OmPixel(1), 100000}, {OmPixel(1) + 4, 0}, {OmPixel(1) + 8, 116000}, {OmPixel(1) + 12, 16},
+                           {OmPixel(2), 0}, {OmPixel(2) + 4, 0}, {OmPixel(2) + 8, 60000}, {OmPixel(2) + 12, 60000}})
+                    .c_str(),
+                true);
+    ASSERT_TRUE(split.Trans(L"chunk_a") && split.Trans(L"chunk_b") && split.Trans(L"chunk_c"));
+    EXPECT_EQ(LevelDesc(split.Trans(L"chunk_a")->texture).Width, 128u) << "inside: as before";
+    EXPECT_EQ(split.Trans(L"chunk_b")->texture, nullptr);
+    ExpectRect(split.Trans(L"chunk_b")->pixel, 100000, 0, 116000, 16);
+    const D3DSURFACE_DESC overhanging = LevelDesc(split.Trans(L"CHUNK_C")->texture);
+    EXPECT_GT(overhanging.Width, 0u);
+    EXPECT_LE(overhanging.Width, 2 * std::max(om.Width, om.Height));
+    EXPECT_EQ(overhanging.Width, overhanging.Height);
+
+    ZQTexture negative(Device());
+    negative.Entry(PatchData(L"atlas.te", L"negative-chunk.te", {{TeSize(1), -32}}).c_str(), true);
+    ASSERT_NE(negative.Trans(L"chunk_b"), nullptr);
+    EXPECT_EQ(negative.Trans(L"chunk_b")->texture, nullptr);
+    EXPECT_NE(negative.Trans(L"chunk_c")->texture, nullptr);
 }
 
 TEST(ZQTexture, Log2IsStrictlyGreater) {

@@ -59,9 +59,13 @@ public:
     void insert(unsigned int key, void* value);
     /// Value of the first entry with this name (upper-cased in place first), or null.
     void* find(ZQString& name);
-    /// As above through the lookup key; null looks up the previous name again.
+    /// As above through the lookup key; null looks up the previous name again. A name longer than the
+    /// key holds (2,048 characters or more) finds nothing.
     void* find(const char* name);
     void* find(const wchar_t* name);
+    /// As find(const wchar_t*), but the lookup key is left alone: null, or a name longer than a ZQString
+    /// holds, finds nothing. Lookups need not copy the name: the fast way for callers such as textures.
+    void* find_name(const wchar_t* name) const;
     /// Value in the place of this number, or null; no chain walk.
     void* find_key(unsigned int key);
     iterator find_itr(ZQString& name);
@@ -76,8 +80,10 @@ public:
     void clear();
 
 private:
-    ZQNode* Place(unsigned int key, bool create);
-    ZQNode* Lookup(ZQString& name);
+    class Index;
+    ZQNode* Place(unsigned int key, bool create) const;
+    ZQNode* Lookup(ZQString& name) const;
+    ZQNode* LookupUpper(const wchar_t* name, unsigned int length) const;
     void Add(unsigned int key, ZQString* name, void* value);
     ZQNode* NewLevel() const;
     void Remove(ZQNode* level);
@@ -88,7 +94,8 @@ private:
     ZQNode* m_root;
     ZQNode* m_head;
     ZQString m_lookupKey;
-    ZQNode* m_tail; ///< last entry of the insertion-order list, so that adding never walks it
+    ZQNode* m_tail;   ///< last entry of the insertion-order list, so that adding never walks it
+    Index* m_index;   ///< first node of each name and last node of each chain; null: walk the chains
 };
 
 } // namespace ZQ
