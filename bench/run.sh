@@ -7,13 +7,22 @@ root=$PWD
 build=$root/build/mingw
 scripts/setup.sh
 cmake --preset mingw >/dev/null
-cmake --build --preset mingw --target texture_load_bench sprite_render_bench mp3_decode_bench native_tools >/dev/null
+cmake --build --preset mingw --target texture_load_bench sprite_render_bench mp3_decode_bench animation_bench \
+    native_tools >/dev/null
 
 art=$build/bench-art
 if [ ! -f "$art/atlas.te" ]; then
     rm -rf "$art" && mkdir -p "$art/images"
     "$build/native/bin/make_test_art" "$art/images" 3000
     "$build/native/bin/zqpack" te --quiet --size 2048x2048 -o "$art/atlas.te" "$art/images"
+fi
+if [ ! -f "$art/anim.am" ]; then
+    # 100 animations of 8 frames each, over the first 800 chunks.
+    for scene in $(seq 0 99); do
+        printf 'scene a%03d\n' "$scene"
+        for frame in $(seq 0 7); do printf 'frame s%05d 0.05\n' $((scene * 8 + frame)); done
+    done > "$art/anim.txt"
+    "$build/native/bin/zqanim" am --atlas "$art/atlas.te" -o "$art/anim.am" "$art/anim.txt"
 fi
 
 "$root/cmake/wine-session.sh" start "$build/wine" >/dev/null
@@ -41,3 +50,5 @@ for round in 1 2 3; do
     awk -v round="$round" -v wall="$(awk -v a="$start" -v b="$end" 'BEGIN { print b - a }')" \
         'BEGIN { printf "mpg123 (native), round %d: 180 s in %.3f s, %.0f seconds decoded per second\n", round, wall, 180 / wall }'
 done
+echo
+ZQ_WINE_STATE=$build/wine "$root/cmake/wine-run.sh" animation_bench.exe "$atlas" "Z:${art//\//\\}\\anim.am" "${4:-120}"

@@ -28,7 +28,12 @@
 #include "ZQ/frame/ZQVelisto.h"
 #include "ZQ/frame/ZQWindow.h"
 
+#include "ZQ/twod/ZQAnimate.h"
+#include "ZQ/twod/ZQAnimateFile.h"
 #include "ZQ/twod/ZQPackedFile.h"
+#include "ZQ/twod/ZQRenderMulti.h"
+#include "ZQ/twod/ZQRenderSingle.h"
+#include "ZQ/twod/ZQSpline.h"
 #include "ZQ/twod/ZQSprite.h"
 #include "ZQ/twod/ZQSpriteRender.h"
 #include "ZQ/twod/ZQTexture.h"

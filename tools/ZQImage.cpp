@@ -20,6 +20,20 @@ bool LoadImage(const std::string& path, Image& image, std::string& error) {
     return true;
 }
 
+bool DecodeImage(const uint8_t* data, size_t size, Image& image, std::string& error) {
+    int channels = 0;
+    stbi_uc* pixels = size <= 0x7FFFFFFF ? stbi_load_from_memory(data, static_cast<int>(size), &image.width,
+                                                                  &image.height, &channels, 4)
+                                         : nullptr;
+    if (!pixels) {
+        error = stbi_failure_reason() ? stbi_failure_reason() : "cannot be decoded";
+        return false;
+    }
+    image.rgba.assign(pixels, pixels + static_cast<size_t>(image.width) * image.height * 4);
+    stbi_image_free(pixels);
+    return true;
+}
+
 std::vector<uint8_t> EncodePng(const Image& image) {
     std::vector<uint8_t> bytes;
     stbi_write_png_to_func(

@@ -18,6 +18,8 @@ struct Image {
 
 /// Decodes any image stb reads (PNG, JPEG, BMP, TGA, ...); false with a reason in error.
 bool LoadImage(const std::string& path, Image& image, std::string& error);
+/// Decodes an image held in memory, as LoadImage.
+bool DecodeImage(const uint8_t* data, size_t size, Image& image, std::string& error);
 /// Encodes as PNG.
 std::vector<uint8_t> EncodePng(const Image& image);
 bool WriteFile(const std::string& path, const std::vector<uint8_t>& bytes);

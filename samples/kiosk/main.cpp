@@ -1,10 +1,12 @@
-// The sample kiosk: three screens that take turns on a key, a click or a timer, drawing artwork from
+// The sample kiosk: four screens that take turns on a key, a click or a timer, drawing artwork from
 // an atlas that the build packs from samples/kiosk/art with zqpack.
 //
 //   kiosk.exe [-windowed] [-quitafterframe:N] [-constantframetime:S] [-screenshots:DIR]
 //
 // With -screenshots:DIR it saves the back buffer as PNG every 15 frames and prints each path.
 #include <ZQVelisto.h>
+
+#include "AnimationScene.h"
 
 #include <shellapi.h>
 
@@ -16,8 +18,8 @@ using namespace ZQ;
 
 namespace {
 
-const wchar_t* const kSceneNames[] = {L"Attract", L"Menu", L"Ticket"};
-const int kSceneCount = 3;
+const wchar_t* const kSceneNames[] = {L"Attract", L"Menu", L"Ticket", L"Show"};
+const int kSceneCount = 4;
 const float kSceneSeconds = 1.5f;
 // One screenshot in the middle of each screen's turn (1.5 s at the 0.1 s frames of a headless run).
 const int kScreenshotEvery = 15;
@@ -227,6 +229,8 @@ int main() {
     app.Entry(kSceneNames[0], new KioskScene(0, D3DCOLOR_XRGB(16, 32, 96), D3DCOLOR_XRGB(240, 200, 40)));
     app.Entry(kSceneNames[1], new KioskScene(1, D3DCOLOR_XRGB(16, 80, 40), D3DCOLOR_XRGB(250, 250, 250)));
     app.Entry(kSceneNames[2], new KioskScene(2, D3DCOLOR_XRGB(110, 60, 10), D3DCOLOR_XRGB(20, 20, 20)));
+    app.Entry(kSceneNames[3], new AnimationScene([](IDirect3DDevice9* device) { g_app->MaybeScreenshot(device); },
+                                                 [] { g_app->Next(); }));
     app.Trans(kSceneNames[0]);
     app.StartSound();
     app.AddTimer(KioskApp::OnTimer, kSceneSeconds, nullptr, &app);

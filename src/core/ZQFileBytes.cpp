@@ -9,6 +9,10 @@ const LONGLONG kMaxFileBytes = 1LL << 30;
 } // namespace
 
 bool ZQReadFileBytes(const wchar_t* path, std::vector<uint8_t>& bytes) {
+    return ZQReadFileBytes(path, bytes, nullptr);
+}
+
+bool ZQReadFileBytes(const wchar_t* path, std::vector<uint8_t>& bytes, HANDLE* open) {
     HANDLE file = CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
                               nullptr);
     if (file == INVALID_HANDLE_VALUE)
@@ -25,7 +29,10 @@ bool ZQReadFileBytes(const wchar_t* path, std::vector<uint8_t>& bytes) {
     DWORD read = 0;
     if (ok && !bytes.empty())
         ok = ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) && read == bytes.size();
-    CloseHandle(file);
+    if (ok && open)
+        *open = file;
+    else
+        CloseHandle(file);
     return ok;
 }
 
