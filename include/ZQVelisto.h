@@ -40,6 +40,9 @@
 #include "ZQ/twod/ZQTextureChunk.h"
 
 #include "ZQ/dialog/ZQDialog.h"
+#include "ZQ/dialog/ZQDialogAniButton.h"
+#include "ZQ/dialog/ZQDialogAniCheckBox.h"
+#include "ZQ/dialog/ZQDialogAniRadioButton.h"
 #include "ZQ/dialog/ZQDialogButton.h"
 #include "ZQ/dialog/ZQDialogCheckBox.h"
 #include "ZQ/dialog/ZQDialogEditBox.h"

@@ -35,10 +35,31 @@ template <typename T> T* FindId(const ZQVector& list, unsigned int id) {
     return nullptr;
 }
 
-template <typename T> void EachInGroups(const ZQMapper& groups, void (*f)(T*, void*), void* argument) {
+template <typename T, typename F> void EachInGroups(const ZQMapper& groups, F f) {
     for (ZQMapper::iterator it = groups.begin(); it != groups.end(); ++it)
         if (ZQVector* group = static_cast<ZQVector*>(it->value))
-            Each<T>(*group, [&](T* item) { f(item, argument); });
+            Each<T>(*group, f);
+}
+
+template <typename T> T* FindInGroups(const ZQMapper& groups, unsigned int id) {
+    for (ZQMapper::iterator it = groups.begin(); it != groups.end(); ++it)
+        if (T* found = FindId<T>(*static_cast<ZQVector*>(it->value), id))
+            return found;
+    return nullptr;
+}
+
+template <typename T> void DeleteGroups(ZQMapper& groups) {
+    for (ZQMapper::iterator it = groups.begin(); it != groups.end(); ++it) {
+        ZQVector* group = static_cast<ZQVector*>(it->value);
+        DeleteAll<T>(*group);
+        delete group;
+    }
+    groups.clear();
+}
+
+template <typename Radio> void SelectOnly(ZQVector& group, Radio* selected) {
+    Each<Radio>(group, [](Radio* member) { member->SetSelect(false); });
+    selected->SetSelect(true);
 }
 
 // Appends a control made with new (nothing when the allocation failed).
@@ -51,6 +72,13 @@ template <typename T> void Append(ZQVector& list, T* item) {
 
 ZQDialog::ZQDialog(ZQSprite* sprite, ZQSound* sound, _ZQResponseDialog_tag* response)
     : m_sprite(sprite), m_sound(sound) {
+    InitializeCriticalSection(&m_lock);
+    ZQDialogResponseEvent::SetResponse(response);
+}
+
+ZQDialog::ZQDialog(ZQAnimate* animate, ZQSound* sound, _ZQResponseDialog_tag* response)
+    : m_sprite(animate ? animate->GetSprite() : nullptr), m_animate(animate), m_sound(sound),
+      m_player(animate ? new (std::nothrow) ZQRenderMulti(animate) : nullptr) {
     InitializeCriticalSection(&m_lock);
     ZQDialogResponseEvent::SetResponse(response);
 }
@@ -102,6 +130,7 @@ ZQDialog::~ZQDialog() {
     DeleteAll<Picture>(m_pictures);
     DeleteAll<ZQDialogStatic>(m_statics);
     DeleteAll<ZQDialogButton>(m_buttons);
+    DeleteAll<ZQDialogAniButton>(m_aniButtons);
     DeleteAll<ZQDialogTimeBar>(m_timeBars);
     DeleteAll<ZQDialogProgress>(m_progresses);
     DeleteAll<ZQDialogListBox>(m_listBoxes);
@@ -110,27 +139,27 @@ ZQDialog::~ZQDialog() {
     DeleteAll<ZQDialogNumber>(m_numbers);
     DeleteAll<ZQDialogEditBox>(m_editBoxes);
     DeleteAll<ZQDialogCheckBox>(m_checkBoxes);
-    for (ZQMapper::iterator it = m_radioGroups.begin(); it != m_radioGroups.end(); ++it) {
-        ZQVector* group = static_cast<ZQVector*>(it->value);
-        DeleteAll<ZQDialogRadioButton>(*group);
-        delete group;
-    }
-    m_radioGroups.clear();
+    DeleteAll<ZQDialogAniCheckBox>(m_aniCheckBoxes);
+    DeleteGroups<ZQDialogRadioButton>(m_radioGroups);
+    DeleteGroups<ZQDialogAniRadioButton>(m_aniRadioGroups);
+    delete m_player;
     DeleteCriticalSection(&m_lock);
 }
 
 void ZQDialog::SetResponse(_ZQResponseDialog_tag* response) {
     ZQLock lock(&m_lock);
     ZQDialogResponseEvent::SetResponse(response);
-    Each<ZQDialogButton>(m_buttons, [&](ZQDialogButton* c) { c->SetResponse(response); });
-    Each<ZQDialogTimeBar>(m_timeBars, [&](ZQDialogTimeBar* c) { c->SetResponse(response); });
-    Each<ZQDialogProgress>(m_progresses, [&](ZQDialogProgress* c) { c->SetResponse(response); });
-    Each<ZQDialogGauge>(m_gauges, [&](ZQDialogGauge* c) { c->SetResponse(response); });
-    Each<ZQDialogTimeGauge>(m_timeGauges, [&](ZQDialogTimeGauge* c) { c->SetResponse(response); });
-    EachInGroups<ZQDialogRadioButton>(
-        m_radioGroups, [](ZQDialogRadioButton* c, void* r) { c->SetResponse(static_cast<_ZQResponseDialog_tag*>(r)); },
-        response);
-    Each<ZQDialogCheckBox>(m_checkBoxes, [&](ZQDialogCheckBox* c) { c->SetResponse(response); });
+    auto set = [&](ZQDialogResponseEvent* control) { control->SetResponse(response); };
+    Each<ZQDialogButton>(m_buttons, set);
+    Each<ZQDialogAniButton>(m_aniButtons, set);
+    Each<ZQDialogTimeBar>(m_timeBars, set);
+    Each<ZQDialogProgress>(m_progresses, set);
+    Each<ZQDialogGauge>(m_gauges, set);
+    Each<ZQDialogTimeGauge>(m_timeGauges, set);
+    EachInGroups<ZQDialogRadioButton>(m_radioGroups, set);
+    EachInGroups<ZQDialogAniRadioButton>(m_aniRadioGroups, set);
+    Each<ZQDialogCheckBox>(m_checkBoxes, set);
+    Each<ZQDialogAniCheckBox>(m_aniCheckBoxes, set);
 }
 
 ZQSprite* ZQDialog::GetSprite() {
@@ -158,19 +187,21 @@ bool ZQDialog::GetVisible() {
 void ZQDialog::SetDisable(bool disable) {
     ZQLock lock(&m_lock);
     m_disabled = disable;
-    Each<ZQDialogStatic>(m_statics, [&](ZQDialogStatic* c) { c->SetDisable(disable); });
-    Each<ZQDialogButton>(m_buttons, [&](ZQDialogButton* c) { c->SetDisable(disable); });
-    Each<ZQDialogTimeBar>(m_timeBars, [&](ZQDialogTimeBar* c) { c->SetDisable(disable); });
-    Each<ZQDialogProgress>(m_progresses, [&](ZQDialogProgress* c) { c->SetDisable(disable); });
-    Each<ZQDialogGauge>(m_gauges, [&](ZQDialogGauge* c) { c->SetDisable(disable); });
-    Each<ZQDialogTimeGauge>(m_timeGauges, [&](ZQDialogTimeGauge* c) { c->SetDisable(disable); });
-    Each<ZQDialogNumber>(m_numbers, [&](ZQDialogNumber* c) { c->SetDisable(disable); });
-    Each<ZQDialogCheckBox>(m_checkBoxes, [&](ZQDialogCheckBox* c) { c->SetDisable(disable); });
-    bool value = disable;
-    EachInGroups<ZQDialogRadioButton>(
-        m_radioGroups, [](ZQDialogRadioButton* c, void* v) { c->SetDisable(*static_cast<bool*>(v)); }, &value);
-    Each<ZQDialogListBox>(m_listBoxes, [&](ZQDialogListBox* c) { c->SetDisable(disable); });
-    Each<ZQDialogEditBox>(m_editBoxes, [&](ZQDialogEditBox* c) { c->SetDisable(disable); });
+    auto set = [&](auto* control) { control->SetDisable(disable); };
+    Each<ZQDialogStatic>(m_statics, set);
+    Each<ZQDialogButton>(m_buttons, set);
+    Each<ZQDialogAniButton>(m_aniButtons, set);
+    Each<ZQDialogTimeBar>(m_timeBars, set);
+    Each<ZQDialogProgress>(m_progresses, set);
+    Each<ZQDialogGauge>(m_gauges, set);
+    Each<ZQDialogTimeGauge>(m_timeGauges, set);
+    Each<ZQDialogNumber>(m_numbers, set);
+    Each<ZQDialogCheckBox>(m_checkBoxes, set);
+    Each<ZQDialogAniCheckBox>(m_aniCheckBoxes, set);
+    EachInGroups<ZQDialogRadioButton>(m_radioGroups, set);
+    EachInGroups<ZQDialogAniRadioButton>(m_aniRadioGroups, set);
+    Each<ZQDialogListBox>(m_listBoxes, set);
+    Each<ZQDialogEditBox>(m_editBoxes, set);
 }
 
 bool ZQDialog::GetDisable() {
@@ -220,6 +251,12 @@ void ZQDialog::SetSprite(unsigned int index, const wchar_t* name, D3DXVECTOR3& p
     picture->colour = colour;
 }
 
+void ZQDialog::SetAnimate(const wchar_t* name, D3DXVECTOR3& pos, bool loop, int count) {
+    ZQLock lock(&m_lock);
+    if (m_player)
+        m_player->Entry(name, pos, loop, count);
+}
+
 void ZQDialog::AddStatic(unsigned int id, ID3DXFont* font, const wchar_t* text, ZQRect& rect, D3DXCOLOR& colour,
                          unsigned long format) {
     ZQLock lock(&m_lock);
@@ -240,40 +277,76 @@ void ZQDialog::AddCheckBox(unsigned int id, const wchar_t* box, const wchar_t* m
                                                              position, GetResponse(), pixelExact));
 }
 
-ZQVector* ZQDialog::GroupOf(unsigned int group, bool create) {
-    if (ZQVector* found = static_cast<ZQVector*>(m_radioGroups.find_key(group)))
-        return found;
-    if (!create)
-        return nullptr;
-    ZQVector* made = new (std::nothrow) ZQVector;
-    if (made)
-        m_radioGroups.insert(group, made);
-    return made;
+template <typename Radio> void ZQDialog::AddToGroup(ZQMapper& groups, unsigned int group, Radio* button, bool select) {
+    if (!button)
+        return;
+    ZQVector* members = static_cast<ZQVector*>(groups.find_key(group));
+    // A group never starts without a selection.
+    if (!members) {
+        members = new (std::nothrow) ZQVector;
+        if (!members) {
+            delete button;
+            return;
+        }
+        groups.insert(group, members);
+        button->SetSelect(true);
+    } else if (select) {
+        SelectOnly(*members, button);
+    }
+    members->push_back(button);
 }
 
-void ZQDialog::SelectOnly(ZQVector* group, ZQDialogRadioButton* selected) {
-    Each<ZQDialogRadioButton>(*group, [](ZQDialogRadioButton* member) { member->SetSelect(false); });
-    selected->SetSelect(true);
+template <typename Radio> bool ZQDialog::ResolveGroups(ZQMapper& groups, int x, int y) {
+    for (ZQMapper::iterator it = groups.begin(); it != groups.end(); ++it) {
+        ZQVector* group = static_cast<ZQVector*>(it->value);
+        for (unsigned int i = 0; i < group->size(); ++i) {
+            Radio* hit = static_cast<Radio*>((*group)[static_cast<int>(i)]);
+            if (!hit || hit->GetDisable() || !hit->GetShow() ||
+                !hit->GetRect().isOverlap(static_cast<float>(x), static_cast<float>(y)))
+                continue;
+            if (hit->GetMask() && !hit->check(x, y))
+                return false;
+            SelectOnly(*group, hit);
+        }
+    }
+    return true;
 }
 
 void ZQDialog::AddRadioButton(unsigned int id, unsigned int group, const wchar_t* normal, const wchar_t* selected,
                               const wchar_t* over, const wchar_t* disabled, D3DXVECTOR3& position, bool select,
                               bool pixelExact) {
     ZQLock lock(&m_lock);
-    const bool newGroup = GroupOf(group, false) == nullptr;
-    ZQVector* members = GroupOf(group, true);
-    if (!members)
-        return;
-    ZQDialogRadioButton* button = new (std::nothrow) ZQDialogRadioButton(
-        m_sprite, m_sound, id, group, normal, selected, over, disabled, position, GetResponse(), pixelExact);
-    if (!button)
-        return;
-    // A group never starts without a selection.
-    if (newGroup)
-        button->SetSelect(true);
-    else if (select)
-        SelectOnly(members, button);
-    members->push_back(button);
+    AddToGroup(m_radioGroups, group,
+               new (std::nothrow) ZQDialogRadioButton(m_sprite, m_sound, id, group, normal, selected, over, disabled,
+                                                      position, GetResponse(), pixelExact),
+               select);
+}
+
+void ZQDialog::AddAniButton(unsigned int id, const wchar_t* normal, const wchar_t* pressed, const wchar_t* over,
+                            const wchar_t* disabled, ZQRect& rect, const wchar_t* maskChunk) {
+    ZQLock lock(&m_lock);
+    if (m_animate)
+        Append(m_aniButtons, new (std::nothrow) ZQDialogAniButton(m_animate, m_sound, id, normal, pressed, over,
+                                                                  disabled, rect, GetResponse(), maskChunk));
+}
+
+void ZQDialog::AddAniCheckBox(unsigned int id, const wchar_t* box, const wchar_t* mark, const wchar_t* over,
+                              const wchar_t* disabled, ZQRect& rect, const wchar_t* maskChunk) {
+    ZQLock lock(&m_lock);
+    if (m_animate)
+        Append(m_aniCheckBoxes, new (std::nothrow) ZQDialogAniCheckBox(m_animate, m_sound, id, box, mark, over,
+                                                                       disabled, rect, GetResponse(), maskChunk));
+}
+
+void ZQDialog::AddAniRadioButton(unsigned int id, unsigned int group, const wchar_t* normal, const wchar_t* selected,
+                                 const wchar_t* over, const wchar_t* disabled, ZQRect& rect, bool select,
+                                 const wchar_t* maskChunk) {
+    ZQLock lock(&m_lock);
+    if (m_animate)
+        AddToGroup(m_aniRadioGroups, group,
+                   new (std::nothrow) ZQDialogAniRadioButton(m_animate, m_sound, id, group, normal, selected, over,
+                                                             disabled, rect, GetResponse(), maskChunk),
+                   select);
 }
 
 void ZQDialog::AddListBox(unsigned int id, ID3DXFont* font, ZQRect& rect) {
@@ -352,6 +425,16 @@ ZQDialogButton* ZQDialog::GetButton(unsigned int id) {
     return FindId<ZQDialogButton>(m_buttons, id);
 }
 
+ZQDialogAniButton* ZQDialog::GetAniButton(unsigned int id) {
+    ZQLock lock(&m_lock);
+    return FindId<ZQDialogAniButton>(m_aniButtons, id);
+}
+
+ZQDialogAniCheckBox* ZQDialog::GetAniCheckBox(unsigned int id) {
+    ZQLock lock(&m_lock);
+    return FindId<ZQDialogAniCheckBox>(m_aniCheckBoxes, id);
+}
+
 ZQDialogCheckBox* ZQDialog::GetCheckBox(unsigned int id) {
     ZQLock lock(&m_lock);
     return FindId<ZQDialogCheckBox>(m_checkBoxes, id);
@@ -393,10 +476,11 @@ ZQDialogNumber* ZQDialog::GetNumber(unsigned int id) {
 }
 
 ZQDialogRadioButton* ZQDialog::GetRadioButton(unsigned int id) {
-    for (ZQMapper::iterator it = m_radioGroups.begin(); it != m_radioGroups.end(); ++it)
-        if (ZQDialogRadioButton* found = FindId<ZQDialogRadioButton>(*static_cast<ZQVector*>(it->value), id))
-            return found;
-    return nullptr;
+    return FindInGroups<ZQDialogRadioButton>(m_radioGroups, id);
+}
+
+ZQDialogAniRadioButton* ZQDialog::GetAniRadioButton(unsigned int id) {
+    return FindInGroups<ZQDialogAniRadioButton>(m_aniRadioGroups, id);
 }
 
 HRESULT ZQDialog::OnResetDevice(IDirect3DDevice9* device, const D3DSURFACE_DESC* backBuffer, void* context) {
@@ -441,9 +525,12 @@ void ZQDialog::OnFrameRender(IDirect3DDevice9* device, double time, float elapse
             colour.a = 0.5f;
         m_sprite->Render(picture->name, picture->position, colour, 0);
     });
+    if (m_player)
+        m_player->OnFrameRender(device, time, elapsed, context);
     auto render = [&](auto* control) { control->OnFrameRender(device, time, elapsed, context); };
     Each<ZQDialogStatic>(m_statics, render);
     Each<ZQDialogButton>(m_buttons, render);
+    Each<ZQDialogAniButton>(m_aniButtons, render);
     Each<ZQDialogTimeBar>(m_timeBars, render);
     Each<ZQDialogProgress>(m_progresses, render);
     Each<ZQDialogGauge>(m_gauges, render);
@@ -451,9 +538,10 @@ void ZQDialog::OnFrameRender(IDirect3DDevice9* device, double time, float elapse
     Each<ZQDialogListBox>(m_listBoxes, render);
     Each<ZQDialogEditBox>(m_editBoxes, render);
     Each<ZQDialogCheckBox>(m_checkBoxes, render);
+    Each<ZQDialogAniCheckBox>(m_aniCheckBoxes, render);
     Each<ZQDialogNumber>(m_numbers, render);
-    for (ZQMapper::iterator it = m_radioGroups.begin(); it != m_radioGroups.end(); ++it)
-        Each<ZQDialogRadioButton>(*static_cast<ZQVector*>(it->value), render);
+    EachInGroups<ZQDialogRadioButton>(m_radioGroups, render);
+    EachInGroups<ZQDialogAniRadioButton>(m_aniRadioGroups, render);
 }
 
 void ZQDialog::OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
@@ -465,27 +553,19 @@ void ZQDialog::OnMouse(bool down, bool left, bool right, bool middle, bool side1
         control->OnMouse(down, left, right, middle, side1, side2, wheel, x, y, context);
     };
     Each<ZQDialogButton>(m_buttons, forward);
-    for (ZQMapper::iterator it = m_radioGroups.begin(); it != m_radioGroups.end(); ++it)
-        Each<ZQDialogRadioButton>(*static_cast<ZQVector*>(it->value), forward);
+    Each<ZQDialogAniButton>(m_aniButtons, forward);
+    EachInGroups<ZQDialogRadioButton>(m_radioGroups, forward);
+    EachInGroups<ZQDialogAniRadioButton>(m_aniRadioGroups, forward);
     Each<ZQDialogCheckBox>(m_checkBoxes, forward);
+    Each<ZQDialogAniCheckBox>(m_aniCheckBoxes, forward);
     if (down || !left)
         return;
 
     // The release moves each group's selection to the member under the point, after the members have
-    // sent their click events.
-    for (ZQMapper::iterator it = m_radioGroups.begin(); it != m_radioGroups.end(); ++it) {
-        ZQVector* group = static_cast<ZQVector*>(it->value);
-        for (unsigned int i = 0; i < group->size(); ++i) {
-            ZQDialogRadioButton* hit = static_cast<ZQDialogRadioButton*>((*group)[static_cast<int>(i)]);
-            if (!hit || hit->GetDisable() || !hit->GetShow() ||
-                !hit->GetRect().isOverlap(static_cast<float>(x), static_cast<float>(y)))
-                continue;
-            // A transparent pixel ends the whole routing of this report.
-            if (hit->GetMask() && !hit->check(x, y))
-                return;
-            SelectOnly(group, hit);
-        }
-    }
+    // sent their click events; a transparent pixel ends the whole routing of this report.
+    if (!ResolveGroups<ZQDialogRadioButton>(m_radioGroups, x, y) ||
+        !ResolveGroups<ZQDialogAniRadioButton>(m_aniRadioGroups, x, y))
+        return;
 
     for (unsigned int i = 0; i < m_editBoxes.size(); ++i) {
         ZQDialogEditBox* hit = static_cast<ZQDialogEditBox*>(m_editBoxes[static_cast<int>(i)]);

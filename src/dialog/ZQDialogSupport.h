@@ -27,3 +27,26 @@ inline void Assign(ZQString& to, const ZQString& from) {
 }
 
 } // namespace ZQ
+
+#include "ZQ/dialog/ZQDialogPixel.h"
+
+namespace ZQ {
+
+/// The hit rectangle and mask of an animated control: from the mask chunk when one is named and the
+/// sprite knows it (pixel-exact then), else rect as given. A named chunk the sprite lacks leaves the
+/// control pixel-exact without a mask: it cannot be hit.
+inline void InitAniHit(ZQDialogPixel& pixel, ZQSprite* sprite, const wchar_t* maskChunk, D3DXVECTOR3& position,
+                       ZQString& maskName, ZQRect& hit, bool& pixelExact) {
+    if (!maskChunk || !*maskChunk)
+        return;
+    maskName = maskChunk;
+    pixelExact = true;
+    _ZQTextureChunk_tag* chunk = nullptr;
+    const ZQRect fromChunk = ChunkHitRect(sprite, maskChunk, position, &chunk);
+    if (!chunk)
+        return;
+    hit = fromChunk;
+    pixel.GetTexImage(chunk, position);
+}
+
+} // namespace ZQ

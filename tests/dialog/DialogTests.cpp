@@ -400,3 +400,46 @@ TEST_F(DialogTest, WindowMessagesReachTheDialogThroughTheFrame) {
     EXPECT_TRUE(Near(Shown(dialog, 116, 76), kGreen, 3));
     frame->SetMouseFunc(nullptr);
 }
+
+TEST_F(DialogTest, AnimationDialogsHoldAnimatedControls) {
+    ZQ::ZQSprite art(Device());
+    art.Entry(twodtest::Data(L"sprites.te").c_str());
+    ZQ::ZQAnimate animate(&art);
+    animate.Entry(twodtest::Data(L"anim\\narrow.am").c_str());
+    ZQDialog dialog(&animate, sound, &recorder);
+    EXPECT_EQ(dialog.GetSprite(), &art) << "sprite controls draw with the animate's sprite";
+    ZQ::ZQRect r1(100.0f, 60.0f, 132.0f, 92.0f), r2(150.0f, 60.0f, 182.0f, 92.0f), r3(200.0f, 60.0f, 232.0f, 92.0f);
+    dialog.AddAniButton(1, L"blink", L"move", L"tinted", L"blink", r1, nullptr);
+    dialog.AddAniRadioButton(2, 3, L"blink", L"move", L"tinted", L"blink", r2, false, nullptr);
+    dialog.AddAniRadioButton(3, 3, L"blink", L"move", L"tinted", L"blink", r3, false, L"quad");
+    dialog.AddAniCheckBox(4, L"blink", L"move", L"tinted", L"blink", r3, nullptr);
+    D3DXVECTOR3 origin(0, 0, 0);
+    dialog.SetAnimate(L"blink", origin, true, -1);
+    dialog.GetAniButton(1)->SetSound(L"click", nullptr);
+
+    Click(dialog, 131, 91);
+    EXPECT_TRUE(sound->isPlay(L"click"));
+    ASSERT_EQ(recorder.events.size(), 1u);
+    EXPECT_EQ(recorder.events[0].id, 1u);
+    EXPECT_TRUE(dialog.GetAniRadioButton(2)->GetSelect());
+    bool seen = true;
+    recorder.onEvent = [&](unsigned int id) {
+        if (id == 3)
+            seen = dialog.GetAniRadioButton(3)->GetSelect();
+    };
+    Click(dialog, 210, 70);
+    EXPECT_FALSE(seen) << "the event comes before the group changes";
+    EXPECT_TRUE(dialog.GetAniRadioButton(3)->GetSelect());
+    EXPECT_FALSE(dialog.GetAniRadioButton(2)->GetSelect());
+    EXPECT_TRUE(dialog.GetAniCheckBox(4)->GetChecked()) << "the check box under the same point toggled";
+    BeginFrame();
+    dialog.OnFrameRender(Device(), 0.0, 0.05f, nullptr);
+    EndFrame();
+
+    // A sprite dialog makes no animated controls and has no background player.
+    ZQDialog plain(sprite, sound, &recorder);
+    plain.AddAniButton(1, L"blink", L"move", L"tinted", L"blink", r1, nullptr);
+    plain.SetAnimate(L"blink", origin, true, -1);
+    EXPECT_EQ(plain.GetAniButton(1), nullptr);
+    EXPECT_EQ(plain.GetAnimate(), nullptr);
+}

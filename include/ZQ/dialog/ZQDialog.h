@@ -4,6 +4,9 @@
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
 #include "ZQ/core/ZQVector.h"
+#include "ZQ/dialog/ZQDialogAniButton.h"
+#include "ZQ/dialog/ZQDialogAniCheckBox.h"
+#include "ZQ/dialog/ZQDialogAniRadioButton.h"
 #include "ZQ/dialog/ZQDialogButton.h"
 #include "ZQ/dialog/ZQDialogCheckBox.h"
 #include "ZQ/dialog/ZQDialogEditBox.h"
@@ -17,12 +20,11 @@
 #include "ZQ/dialog/ZQDialogTimeGauge.h"
 #include "ZQ/dialog/ZQResponseDialog.h"
 #include "ZQ/sound/ZQSound.h"
+#include "ZQ/twod/ZQAnimate.h"
+#include "ZQ/twod/ZQRenderMulti.h"
 #include "ZQ/twod/ZQSprite.h"
 
 namespace ZQ {
-
-class ZQAnimate;
-class ZQRenderMulti;
 
 /// The controls of one screen. The dialog owns what its Add operations create, draws them in a fixed
 /// order of kinds (background, statics, buttons, bars, gauges, list boxes, edit boxes, check boxes,
@@ -33,6 +35,9 @@ class ZQ_API ZQDialog : public ZQDialogResponseEvent {
 public:
     /// Controls draw with sprite and play through sound (which may be null: no sounds).
     ZQDialog(ZQSprite* sprite, ZQSound* sound, _ZQResponseDialog_tag* response);
+    /// An animation dialog: its sprite is the animate's, so sprite controls work in it too, and it has a
+    /// background animation player.
+    ZQDialog(ZQAnimate* animate, ZQSound* sound, _ZQResponseDialog_tag* response);
     /// Shallow: the copy shares the controls; only one of the two may be destroyed.
     ZQDialog(const ZQDialog& other);
     ZQDialog& operator=(const ZQDialog& other);
@@ -62,10 +67,22 @@ public:
     /// Replaces background picture index; nothing when there is none.
     void SetSprite(unsigned int index, const wchar_t* name, D3DXVECTOR3& pos, D3DXCOLOR& colour);
 
+    /// Starts a background animation (loop plays it; count passes, negative for ever); animation
+    /// dialogs only.
+    void SetAnimate(const wchar_t* name, D3DXVECTOR3& pos, bool loop, int count);
+
     void AddStatic(unsigned int id, ID3DXFont* font, const wchar_t* text, ZQRect& rect, D3DXCOLOR& colour,
                    unsigned long format);
     void AddButton(unsigned int id, const wchar_t* normal, const wchar_t* pressed, const wchar_t* over,
                    const wchar_t* disabled, D3DXVECTOR3& position, bool pixelExact);
+    /// The animated controls are made in animation dialogs only; maskChunk may be null (not pixel-exact).
+    void AddAniButton(unsigned int id, const wchar_t* normal, const wchar_t* pressed, const wchar_t* over,
+                      const wchar_t* disabled, ZQRect& rect, const wchar_t* maskChunk);
+    void AddAniCheckBox(unsigned int id, const wchar_t* box, const wchar_t* mark, const wchar_t* over,
+                        const wchar_t* disabled, ZQRect& rect, const wchar_t* maskChunk);
+    void AddAniRadioButton(unsigned int id, unsigned int group, const wchar_t* normal, const wchar_t* selected,
+                           const wchar_t* over, const wchar_t* disabled, ZQRect& rect, bool select,
+                           const wchar_t* maskChunk);
     void AddCheckBox(unsigned int id, const wchar_t* box, const wchar_t* mark, const wchar_t* over,
                      const wchar_t* disabled, D3DXVECTOR3& position, bool pixelExact);
     /// The first member of a new group is selected whatever select says; a later member with select
@@ -94,7 +111,9 @@ public:
     /// The first control of the kind with that id, or null.
     ZQDialogStatic* GetStatic(unsigned int id);
     ZQDialogButton* GetButton(unsigned int id);
+    ZQDialogAniButton* GetAniButton(unsigned int id);
     ZQDialogCheckBox* GetCheckBox(unsigned int id);
+    ZQDialogAniCheckBox* GetAniCheckBox(unsigned int id);
     ZQDialogTimeBar* GetTimeBar(unsigned int id);
     ZQDialogProgress* GetProgress(unsigned int id);
     ZQDialogGauge* GetGauge(unsigned int id);
@@ -104,6 +123,7 @@ public:
     ZQDialogNumber* GetNumber(unsigned int id);
     /// Searches every group, without the lock.
     ZQDialogRadioButton* GetRadioButton(unsigned int id);
+    ZQDialogAniRadioButton* GetAniRadioButton(unsigned int id);
 
     /// Statics, list boxes and edit boxes remake their device resources; returns S_OK.
     HRESULT OnResetDevice(IDirect3DDevice9* device, const D3DSURFACE_DESC* backBuffer, void* context);
@@ -123,8 +143,9 @@ public:
 
 private:
     struct Picture;
-    ZQVector* GroupOf(unsigned int group, bool create);
-    void SelectOnly(ZQVector* group, ZQDialogRadioButton* selected);
+    template <typename Radio> void AddToGroup(ZQMapper& groups, unsigned int group, Radio* button, bool select);
+    /// False when a transparent pixel under the point ends the routing.
+    template <typename Radio> bool ResolveGroups(ZQMapper& groups, int x, int y);
 
     ZQSprite* m_sprite;
     ZQAnimate* m_animate = nullptr;
