@@ -29,7 +29,8 @@ class KioskApp;
 KioskApp* g_app = nullptr;
 
 // A screen: a background colour, a banner, and artwork from the atlas drawn with the sprite's forms.
-class KioskScene : public ZQScene {
+// The menu screen is a dialog: buttons that change screens, a music check box and a banner radio group.
+class KioskScene : public ZQScene, public _ZQResponseDialog_tag {
 public:
     KioskScene(int index, D3DCOLOR background, D3DCOLOR banner) : m_index(index), m_background(background), m_banner(banner) {}
     ~KioskScene() override { OnDestroyDevice(nullptr); }
@@ -39,6 +40,8 @@ public:
             return S_OK;
         m_sprite = new ZQSprite(device);
         m_sprite->Entry(L"kiosk.te");
+        if (m_index == 1)
+            CreateMenu();
         return S_OK;
     }
     HRESULT OnResetDevice(IDirect3DDevice9*, const D3DSURFACE_DESC* backBuffer, void*) override {
@@ -47,6 +50,8 @@ public:
         return S_OK;
     }
     void OnDestroyDevice(void*) override {
+        delete m_menu;
+        m_menu = nullptr;
         delete m_sprite;
         m_sprite = nullptr;
     }
@@ -54,12 +59,19 @@ public:
         m_time = static_cast<float>(time);
         if (m_sprite)
             m_sprite->OnFrameMove(device, time, elapsed, context);
+        if (m_menu)
+            m_menu->OnFrameMove(device, time, elapsed, context);
     }
     void OnFrameRender(IDirect3DDevice9* device, double, float, void*) override;
     void OnKeyboard(UINT key, bool down, bool, void*) override;
-    void OnMouse(bool buttonDown, bool left, bool, bool, bool, bool, int, int, int, void*) override;
+    void OnMouse(bool buttonDown, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
+                 void* context) override;
+    LRESULT OnMsgProc(HWND hWnd, UINT msg, WPARAM wParam, LPARAM lParam, bool* noFurtherProcessing,
+                      void* context) override;
+    void __stdcall OnEvent(unsigned int id, int x, int y) override;
 
 private:
+    void CreateMenu();
     void DrawAttract();
     void DrawMenu();
     void DrawTicket();
@@ -68,6 +80,7 @@ private:
     D3DCOLOR m_background, m_banner;
     D3DSURFACE_DESC m_backBuffer = {};
     ZQSprite* m_sprite = nullptr;
+    ZQDialog* m_menu = nullptr;
     float m_time = 0.0f;
 };
 
@@ -86,6 +99,15 @@ public:
         m_sound->Entry(L"Click", L"click.wav");
         m_sound->Entry(L"Music", L"music.mp3");
         m_sound->Play(L"Music", false, 0, DSBPLAY_LOOPING);
+    }
+    ZQSound* Sound() { return m_sound; }
+    void Music(bool on) {
+        if (!m_sound)
+            return;
+        if (on)
+            m_sound->Play(L"Music", false, 0, DSBPLAY_LOOPING);
+        else
+            m_sound->Stop(L"Music");
     }
     void Click() {
         if (m_sound)
@@ -174,16 +196,38 @@ void KioskScene::DrawAttract() {
     m_sprite->Render(L"arrow", middle, white, 0);
 }
 
-// Three buttons, the middle one tinted, and arrows pointing at it from both sides (one mirrored).
-void KioskScene::DrawMenu() {
-    D3DXCOLOR white(1.0f, 1.0f, 1.0f, 1.0f), gold(1.0f, 0.85f, 0.3f, 1.0f);
-    for (int i = 0; i < 3; ++i) {
-        D3DXVECTOR3 at(320.0f, 170.0f + 90.0f * static_cast<float>(i), 0.0f);
-        m_sprite->Render(L"button", at, i == 1 ? gold : white, 0);
+enum MenuId : unsigned int { kNextButton = 1, kAttractButton, kMusicBox, kGoldBanner, kWhiteBanner };
+
+// Two buttons (pixel-exact, with click and hover sounds), a check box for the music, and a radio group
+// choosing the banner's colour.
+void KioskScene::CreateMenu() {
+    m_menu = new ZQDialog(m_sprite, g_app->Sound(), this);
+    D3DXVECTOR3 next(320.0f, 170.0f, 0.0f), attract(320.0f, 260.0f, 0.0f), music(200.0f, 360.0f, 0.0f);
+    D3DXVECTOR3 gold(360.0f, 360.0f, 0.0f), white(440.0f, 360.0f, 0.0f);
+    m_menu->AddButton(kNextButton, L"button", L"ticket", L"star", L"button", next, true);
+    m_menu->AddButton(kAttractButton, L"button", L"ticket", L"star", L"button", attract, true);
+    m_menu->GetButton(kNextButton)->SetSound(L"Click", L"Click");
+    m_menu->GetButton(kAttractButton)->SetSound(L"Click", L"Click");
+    m_menu->AddCheckBox(kMusicBox, L"coin", L"star", L"coin", L"coin", music, false);
+    m_menu->GetCheckBox(kMusicBox)->SetChecked(true);
+    m_menu->AddRadioButton(kGoldBanner, 1, L"arrow", L"star", L"arrow", L"arrow", gold, true, false);
+    m_menu->AddRadioButton(kWhiteBanner, 1, L"arrow", L"star", L"arrow", L"arrow", white, false, false);
+}
+
+void KioskScene::OnEvent(unsigned int id, int, int) {
+    switch (id) {
+    case kNextButton: g_app->Next(); break;
+    case kAttractButton: g_app->Trans(kSceneNames[0]); break;
+    case kMusicBox: g_app->Music(m_menu->GetCheckBox(kMusicBox)->GetChecked()); break;
+    case kGoldBanner: m_banner = D3DCOLOR_XRGB(240, 200, 40); break;
+    case kWhiteBanner: m_banner = D3DCOLOR_XRGB(250, 250, 250); break;
+    default: break;
     }
-    D3DXVECTOR3 left(200.0f, 260.0f, 0.0f), right(440.0f, 260.0f, 0.0f);
-    m_sprite->Render(L"arrow", left, white, 0);
-    m_sprite->Render(L"arrow", right, white, 1);
+}
+
+void KioskScene::DrawMenu() {
+    if (m_menu)
+        m_menu->OnFrameRender(nullptr, m_time, 0.0f, nullptr);
 }
 
 // A ticket printed by a wipe, and a turned copy of it below.
@@ -204,11 +248,23 @@ void KioskScene::OnKeyboard(UINT key, bool down, bool, void*) {
     }
 }
 
-void KioskScene::OnMouse(bool buttonDown, bool left, bool, bool, bool, bool, int, int, int, void*) {
-    if (buttonDown && left) {
+void KioskScene::OnMouse(bool buttonDown, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x,
+                         int y, void* context) {
+    if (m_menu) {
+        m_menu->OnMouse(buttonDown, left, right, middle, side1, side2, wheel, x, y, context);
+    } else if (buttonDown && left) {
         g_app->Click();
         g_app->Next();
     }
+}
+
+// The frame reports a left release with the left flag clear (the key state after it); the dialog takes
+// a release as down false with left true.
+LRESULT KioskScene::OnMsgProc(HWND, UINT msg, WPARAM, LPARAM lParam, bool*, void* context) {
+    if (m_menu && msg == WM_LBUTTONUP)
+        m_menu->OnMouse(false, true, false, false, false, false, 0, static_cast<short>(LOWORD(lParam)),
+                        static_cast<short>(HIWORD(lParam)), context);
+    return msg;
 }
 
 } // namespace

@@ -1,0 +1,61 @@
+#pragma once
+#include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQRect.h"
+#include "ZQ/core/ZQString.h"
+#include "ZQ/dialog/ZQDialogPixel.h"
+#include "ZQ/dialog/ZQResponseDialog.h"
+#include "ZQ/sound/ZQSound.h"
+#include "ZQ/twod/ZQAnimate.h"
+#include "ZQ/twod/ZQRenderSingle.h"
+
+namespace ZQ {
+
+/// Check box of an animation dialog: as ZQDialogCheckBox, with animations for box, check mark, over and disabled; the mark plays on a second player over the box.
+/// Its pictures are animations of the animate, each played endlessly by a player of its own and
+/// restarted only when the picture changes. With a mask chunk it is pixel-exact and its hit rectangle
+/// is that chunk's; otherwise the hit rectangle is rect.
+class ZQ_API ZQDialogAniCheckBox : public ZQDialogResponseEvent, public ZQDialogPixel {
+public:
+    ZQDialogAniCheckBox(ZQAnimate* animate, ZQSound* sound, unsigned int id, const wchar_t* normal,
+         const wchar_t* second, const wchar_t* over, const wchar_t* disabled, ZQRect& rect,
+         _ZQResponseDialog_tag* response, const wchar_t* maskChunk);
+    ZQDialogAniCheckBox(const ZQDialogAniCheckBox&) = delete;
+    ZQDialogAniCheckBox& operator=(const ZQDialogAniCheckBox&) = delete;
+    virtual ~ZQDialogAniCheckBox();
+
+    void SetChecked(bool checked);
+    bool GetChecked();
+    void SetSprite(const wchar_t* box, const wchar_t* mark, const wchar_t* over, const wchar_t* disabled);
+    /// Click sound first, then over sound; a null name leaves that sound as it is.
+    void SetSound(const wchar_t* click, const wchar_t* over);
+    void SetDisable(bool disable);
+    bool GetDisable();
+    void SetShow(bool show);
+    bool GetShow();
+    bool GetOvered();
+    unsigned int GetId();
+    void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
+    void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
+                 void* context);
+
+private:
+    /// Sets the shown animation, restarting the player only for a different name.
+    void Show(const ZQString& name);
+
+    ZQAnimate* m_animate;
+    ZQSprite* m_sprite;
+    ZQRenderSingle* m_player;
+    ZQSound* m_sound;
+    ZQString m_normal, m_second, m_overName, m_disabledName, m_shown, m_maskChunk;
+    ZQString m_overSound, m_clickSound;
+    D3DXCOLOR m_colour = D3DXCOLOR(1.0f, 1.0f, 1.0f, 1.0f);
+    D3DXVECTOR3 m_position;
+    ZQRect m_hit;
+    bool m_show = true, m_disabled = false, m_pressed = false, m_pixelExact = false, m_over = false;
+    ZQRenderSingle* m_markPlayer;
+    ZQString m_shownMark;
+    CRITICAL_SECTION m_lock;
+    unsigned int m_id;
+};
+
+} // namespace ZQ

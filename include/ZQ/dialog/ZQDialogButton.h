@@ -1,0 +1,58 @@
+#pragma once
+#include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQRect.h"
+#include "ZQ/core/ZQString.h"
+#include "ZQ/dialog/ZQDialogPixel.h"
+#include "ZQ/dialog/ZQResponseDialog.h"
+#include "ZQ/sound/ZQSound.h"
+#include "ZQ/twod/ZQSprite.h"
+
+namespace ZQ {
+
+/// Push button drawn from four chunks (normal, pressed, over, disabled). A left press over it shows
+/// pressed and plays the click sound; a left release over it shows over and sends OnEvent(id, x, y),
+/// wherever the press was. Pixel-exact buttons ignore presses and releases over transparent pixels.
+class ZQ_API ZQDialogButton : public ZQDialogResponseEvent, public ZQDialogPixel {
+public:
+    /// The hit rectangle comes from the normal chunk (empty when the sprite does not know it).
+    ZQDialogButton(ZQSprite* sprite, ZQSound* sound, unsigned int id, const wchar_t* normal, const wchar_t* pressed,
+                   const wchar_t* over, const wchar_t* disabled, D3DXVECTOR3& position,
+                   _ZQResponseDialog_tag* response, bool pixelExact);
+    /// Copies every member; the copy has a lock and a mask of its own.
+    ZQDialogButton(const ZQDialogButton& other);
+    ZQDialogButton& operator=(const ZQDialogButton& other);
+    virtual ~ZQDialogButton();
+
+    /// Replaces the four names; what is shown changes at the next state change.
+    void SetSprite(const wchar_t* normal, const wchar_t* pressed, const wchar_t* over, const wchar_t* disabled);
+    /// Click sound first, then over sound; a null name leaves that sound as it is.
+    void SetSound(const wchar_t* click, const wchar_t* over);
+    /// Acts only on a change: disabled picture at half alpha, or normal picture at full alpha.
+    void SetDisable(bool disable);
+    bool GetDisable();
+    void SetShow(bool show);
+    bool GetShow();
+    /// The pointer was over the button at the last mouse report (the pixel mask not considered).
+    bool GetOvered();
+    unsigned int GetId();
+
+    void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
+    void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
+                 void* context);
+
+private:
+    void CopyFrom(const ZQDialogButton& other);
+
+    ZQSprite* m_sprite;
+    ZQSound* m_sound;
+    ZQString m_normal, m_pressedName, m_overName, m_disabledName, m_shown;
+    ZQString m_overSound, m_clickSound;
+    D3DXCOLOR m_colour;
+    D3DXVECTOR3 m_position;
+    ZQRect m_hit;
+    bool m_show = true, m_disabled = false, m_pressed = false, m_pixelExact, m_over = false;
+    CRITICAL_SECTION m_lock;
+    unsigned int m_id;
+};
+
+} // namespace ZQ

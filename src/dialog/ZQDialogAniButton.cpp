@@ -1,0 +1,134 @@
+#include "ZQ/dialog/ZQDialogAniButton.h"
+
+#include "ZQ/core/ZQLock.h"
+#include "src/dialog/ZQDialogSupport.h"
+
+#include <new>
+
+namespace ZQ {
+
+ZQDialogAniButton::ZQDialogAniButton(ZQAnimate* animate, ZQSound* sound, unsigned int id, const wchar_t* normal,
+                                     const wchar_t* pressed, const wchar_t* over, const wchar_t* disabled,
+                                     ZQRect& rect, _ZQResponseDialog_tag* response, const wchar_t* maskChunk)
+    : m_animate(animate), m_sprite(animate ? animate->GetSprite() : nullptr),
+      m_player(animate ? new (std::nothrow) ZQRenderSingle(animate) : nullptr), m_sound(sound),
+      m_position(rect.left, rect.top, 0.0f), m_hit(rect), m_id(id) {
+    InitializeCriticalSection(&m_lock);
+    SetResponse(response);
+    m_normal = normal;
+    m_second = pressed;
+    m_overName = over;
+    m_disabledName = disabled;
+    Show(m_normal);
+    InitAniHit(*this, m_sprite, maskChunk, m_position, m_maskChunk, m_hit, m_pixelExact);
+}
+
+ZQDialogAniButton::~ZQDialogAniButton() {
+    delete m_player;
+    DeleteCriticalSection(&m_lock);
+}
+
+void ZQDialogAniButton::Show(const ZQString& name) {
+    if (m_shown == name && !m_shown.empty())
+        return;
+    Assign(m_shown, name);
+    if (m_player)
+        m_player->Entry(m_shown, m_position, true, -1, true);
+}
+
+void ZQDialogAniButton::SetSprite(const wchar_t* normal, const wchar_t* pressed, const wchar_t* over,
+                                  const wchar_t* disabled) {
+    ZQLock lock(&m_lock);
+    m_normal = normal;
+    m_second = pressed;
+    m_overName = over;
+    m_disabledName = disabled;
+}
+
+void ZQDialogAniButton::SetSound(const wchar_t* click, const wchar_t* over) {
+    ZQLock lock(&m_lock);
+    if (click)
+        m_clickSound = click;
+    if (over)
+        m_overSound = over;
+}
+
+void ZQDialogAniButton::SetDisable(bool disable) {
+    ZQLock lock(&m_lock);
+    if (disable == m_disabled)
+        return;
+    m_disabled = disable;
+    Show(disable ? m_disabledName : m_normal);
+    m_colour = disable ? kDisabledColour : kEnabledColour;
+}
+
+bool ZQDialogAniButton::GetDisable() {
+    ZQLock lock(&m_lock);
+    return m_disabled;
+}
+
+void ZQDialogAniButton::SetShow(bool show) {
+    ZQLock lock(&m_lock);
+    m_show = show;
+}
+
+bool ZQDialogAniButton::GetShow() {
+    ZQLock lock(&m_lock);
+    return m_show;
+}
+
+bool ZQDialogAniButton::GetOvered() {
+    ZQLock lock(&m_lock);
+    return m_over;
+}
+
+unsigned int ZQDialogAniButton::GetId() {
+    return m_id;
+}
+
+void ZQDialogAniButton::OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context) {
+    ZQLock lock(&m_lock);
+    if (m_show && m_player)
+        m_player->OnFrameRender(device, time, elapsed, context);
+}
+
+void ZQDialogAniButton::OnMouse(bool down, bool left, bool right, bool middle, bool, bool, int, int x, int y,
+                                void*) {
+    ZQLock lock(&m_lock);
+    const bool active = !m_disabled && m_show;
+    const bool over = m_hit.isOverlap(x, y);
+    if (active) {
+        if (over && !m_over && !m_pressed && m_sound && !m_overSound.empty())
+            m_sound->Play(m_overSound, true, 0, 0);
+        m_over = over;
+    }
+    const bool maskPasses = !m_pixelExact || check(x, y);
+    if (IsLeftPress(down, left)) {
+        if (!active || !over || !maskPasses)
+            return;
+        Show(m_second);
+        if (!m_pressed && m_sound && !m_clickSound.empty())
+            m_sound->Play(m_clickSound, true, 0, 0);
+        m_pressed = true;
+    } else if (IsLeftRelease(down, left)) {
+        m_pressed = false;
+        if (!active)
+            return;
+        if (!over) {
+            Show(m_normal);
+            return;
+        }
+        if (!maskPasses)
+            return;
+        Show(m_overName);
+        if (_ZQResponseDialog_tag* response = GetResponse()) {
+            ZQUnLock unlock(&m_lock);
+            response->OnEvent(m_id, x, y);
+        }
+    } else if (IsPlainMove(down, left, right, middle)) {
+        if (active && !m_pressed)
+            Show(over && maskPasses ? m_overName : m_normal);
+    }
+}
+
+} // namespace ZQ

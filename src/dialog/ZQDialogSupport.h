@@ -1,0 +1,52 @@
+// What the clickable controls share: the hit rectangle of a chunk and the mouse report's kinds.
+#pragma once
+#include "ZQ/twod/ZQSprite.h"
+
+namespace ZQ {
+
+/// The hit rectangle of chunk name drawn at pos: its trim rectangle moved to pos less the origin, or
+/// the whole chunk at pos when it has no trim; all zero (never hit) when the sprite does not know it.
+ZQRect ChunkHitRect(ZQSprite* sprite, const wchar_t* name, const D3DXVECTOR3& pos,
+                    _ZQTextureChunk_tag** chunk = nullptr);
+
+inline bool IsLeftPress(bool down, bool left) { return down && left; }
+inline bool IsLeftRelease(bool down, bool left) { return !down && left; }
+inline bool IsPlainMove(bool down, bool left, bool right, bool middle) { return !down && !left && !right && !middle; }
+
+const D3DXCOLOR kEnabledColour(1.0f, 1.0f, 1.0f, 1.0f);
+const D3DXCOLOR kDisabledColour(1.0f, 1.0f, 1.0f, 0.5f);
+
+} // namespace ZQ
+
+namespace ZQ {
+
+/// Copies the text, an empty one included (plain assignment keeps the old text when the new is empty).
+inline void Assign(ZQString& to, const ZQString& from) {
+    to.clear();
+    to += from;
+}
+
+} // namespace ZQ
+
+#include "ZQ/dialog/ZQDialogPixel.h"
+
+namespace ZQ {
+
+/// The hit rectangle and mask of an animated control: from the mask chunk when one is named and the
+/// sprite knows it (pixel-exact then), else rect as given. A named chunk the sprite lacks leaves the
+/// control pixel-exact without a mask: it cannot be hit.
+inline void InitAniHit(ZQDialogPixel& pixel, ZQSprite* sprite, const wchar_t* maskChunk, D3DXVECTOR3& position,
+                       ZQString& maskName, ZQRect& hit, bool& pixelExact) {
+    if (!maskChunk || !*maskChunk)
+        return;
+    maskName = maskChunk;
+    pixelExact = true;
+    _ZQTextureChunk_tag* chunk = nullptr;
+    const ZQRect fromChunk = ChunkHitRect(sprite, maskChunk, position, &chunk);
+    if (!chunk)
+        return;
+    hit = fromChunk;
+    pixel.GetTexImage(chunk, position);
+}
+
+} // namespace ZQ

@@ -1,0 +1,175 @@
+#include "ZQ/dialog/ZQDialogTimeBar.h"
+
+#include "ZQ/core/ZQLock.h"
+#include "src/dialog/ZQDialogSupport.h"
+
+namespace ZQ {
+
+ZQDialogTimeBar::ZQDialogTimeBar(ZQSprite* sprite, unsigned int id, const wchar_t* bar, const wchar_t* background,
+           D3DXVECTOR3& barPosition, D3DXVECTOR3& backgroundPosition, float full, unsigned long direction,
+           _ZQResponseDialog_tag* response)
+    : m_sprite(sprite), m_full(full), m_barPosition(barPosition), m_backgroundPosition(backgroundPosition),
+      m_direction(direction), m_id(id) {
+    InitializeCriticalSection(&m_lock);
+    SetResponse(response);
+    m_bar = bar;
+    m_background = background;
+    if (_ZQTextureChunk_tag* chunk = sprite && bar ? sprite->Trans(bar) : nullptr) {
+        const int x = static_cast<int>(barPosition.x), y = static_cast<int>(barPosition.y);
+        m_barRect = ZQRect(x, y, x + static_cast<int>(chunk->pixel.width()), y + static_cast<int>(chunk->pixel.height()));
+    }
+}
+
+ZQDialogTimeBar::ZQDialogTimeBar(const ZQDialogTimeBar& other) : ZQDialogResponseEvent(other) {
+    InitializeCriticalSection(&m_lock);
+    CopyFrom(other);
+}
+
+ZQDialogTimeBar& ZQDialogTimeBar::operator=(const ZQDialogTimeBar& other) {
+    if (this != &other) {
+        ZQDialogResponseEvent::operator=(other);
+        CopyFrom(other);
+    }
+    return *this;
+}
+
+void ZQDialogTimeBar::CopyFrom(const ZQDialogTimeBar& other) {
+    m_sprite = other.m_sprite;
+    Assign(m_bar, other.m_bar);
+    Assign(m_background, other.m_background);
+    m_barRect = other.m_barRect;
+    m_full = other.m_full;
+    m_value = other.m_value;
+    m_tip = other.m_tip;
+    m_barPosition = other.m_barPosition;
+    m_backgroundPosition = other.m_backgroundPosition;
+    m_colour = other.m_colour;
+    m_disabled = other.m_disabled;
+    m_visible = other.m_visible;
+    m_finished = other.m_finished;
+    m_direction = other.m_direction;
+    m_id = other.m_id;
+}
+
+ZQDialogTimeBar::~ZQDialogTimeBar() {
+    DeleteCriticalSection(&m_lock);
+}
+
+void ZQDialogTimeBar::SetfElapsedTime(float value) {
+    ZQLock lock(&m_lock);
+    m_value = value;
+}
+
+float ZQDialogTimeBar::GetfElapsedTime() {
+    ZQLock lock(&m_lock);
+    return m_value;
+}
+
+void ZQDialogTimeBar::SetfTime(float value) {
+    ZQLock lock(&m_lock);
+    m_full = value;
+}
+
+float ZQDialogTimeBar::GetfTime() {
+    ZQLock lock(&m_lock);
+    return m_full;
+}
+
+void ZQDialogTimeBar::SetStep(float step) {
+    ZQLock lock(&m_lock);
+    m_value += step;
+    if (m_value < 0.0f)
+        m_value = 0.0f;
+}
+
+void ZQDialogTimeBar::SetSprite(const wchar_t* bar, const wchar_t* background) {
+    ZQLock lock(&m_lock);
+    m_bar = bar;
+    m_background = background;
+}
+
+void ZQDialogTimeBar::SetVisible(bool visible) {
+    ZQLock lock(&m_lock);
+    m_visible = visible;
+}
+
+bool ZQDialogTimeBar::GetVisible() {
+    ZQLock lock(&m_lock);
+    return m_visible;
+}
+
+void ZQDialogTimeBar::SetDisable(bool disable) {
+    ZQLock lock(&m_lock);
+    if (disable == m_disabled)
+        return;
+    m_disabled = disable;
+    m_colour = disable ? kDisabledColour : kEnabledColour;
+}
+
+bool ZQDialogTimeBar::GetDisable() {
+    ZQLock lock(&m_lock);
+    return m_disabled;
+}
+
+void ZQDialogTimeBar::Reset() {
+    ZQLock lock(&m_lock);
+    m_value = 0.0f;
+    m_visible = true;
+    m_colour = kEnabledColour;
+    m_disabled = false;
+    m_finished = false;
+}
+
+D3DXVECTOR3 ZQDialogTimeBar::Delta() {
+    ZQLock lock(&m_lock);
+    return m_tip;
+}
+
+unsigned int ZQDialogTimeBar::GetId() {
+    return m_id;
+}
+
+float ZQDialogTimeBar::Fraction() const {
+    return m_value / m_full;
+}
+
+void ZQDialogTimeBar::OnFrameMove(IDirect3DDevice9*, double, float elapsed, void*) {
+    ZQLock lock(&m_lock);
+    if (m_disabled)
+        return;
+    m_value += elapsed;
+    if (Fraction() >= 1.0f) {
+        m_value = m_full;
+        if (!m_finished && GetResponse()) {
+            m_finished = true;
+            _ZQResponseDialog_tag* response = GetResponse();
+            ZQUnLock unlock(&m_lock);
+            response->OnEvent(m_id, 0, 0);
+        }
+    }
+    const float t = Fraction();
+    const ZQRect& r = m_barRect;
+    const float middleX = r.left + (r.right - r.left) * 0.5f, middleY = r.top + (r.bottom - r.top) * 0.5f;
+    D3DXVECTOR3 from(r.left, r.top, 0.0f), to(r.right, r.bottom, 0.0f);
+    switch (m_direction) {
+    case 1: from = D3DXVECTOR3(r.left, middleY, 0.0f); to = D3DXVECTOR3(r.right, middleY, 0.0f); break;
+    case 2: from = D3DXVECTOR3(r.right, middleY, 0.0f); to = D3DXVECTOR3(r.left, middleY, 0.0f); break;
+    case 4: from = D3DXVECTOR3(middleX, r.bottom, 0.0f); to = D3DXVECTOR3(middleX, r.top, 0.0f); break;
+    case 8: from = D3DXVECTOR3(middleX, r.top, 0.0f); to = D3DXVECTOR3(middleX, r.bottom, 0.0f); break;
+    default: break;
+    }
+    m_tip = from + (to - from) * t;
+    m_tip.z = 0.0f;
+}
+
+void ZQDialogTimeBar::OnFrameRender(IDirect3DDevice9*, double, float, void*) {
+    ZQLock lock(&m_lock);
+    if (!m_visible || !m_sprite)
+        return;
+    if (!m_background.empty())
+        m_sprite->Render(m_background, m_backgroundPosition, m_colour, 0);
+    if (!m_bar.empty())
+        m_sprite->RenderLerp(m_bar, m_barPosition, m_colour, Fraction(), m_direction);
+}
+
+} // namespace ZQ

@@ -1,0 +1,445 @@
+// Dialogs driven with the frame's mouse reports: events, pictures drawn and sounds played.
+#include "twod/TextureTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+using twodtest::BackBufferPixel;
+using twodtest::BeginFrame;
+using twodtest::Device;
+using twodtest::EndFrame;
+using twodtest::Near;
+using ZQ::ZQDialog;
+
+namespace {
+
+const D3DCOLOR kRed = D3DCOLOR_XRGB(255, 0, 0), kGreen = D3DCOLOR_XRGB(0, 255, 0), kBlue = D3DCOLOR_XRGB(0, 0, 255),
+               kWhite = D3DCOLOR_XRGB(255, 255, 255), kBlack = D3DCOLOR_XRGB(0, 0, 0), kGrey = D3DCOLOR_XRGB(128, 128, 128),
+               kYellow = D3DCOLOR_XRGB(255, 255, 0);
+
+std::wstring TempFile(const wchar_t* name) {
+    wchar_t folder[MAX_PATH];
+    GetTempPathW(MAX_PATH, folder);
+    return std::wstring(folder) + name;
+}
+
+std::wstring SoundFile(const wchar_t* name) {
+    std::wstring path = L"Z:";
+    for (const wchar_t* c = _wgetenv(L"ZQ_TEST_SOUNDS"); c && *c; ++c)
+        path += *c == L'/' ? L'\\' : *c;
+    return path + L"\\" + name;
+}
+
+// A 32 x 32 picture of one colour; with hole, its left half is fully transparent.
+void AddPicture(ZQ::ZQSprite& sprite, const wchar_t* name, D3DCOLOR colour, bool hole = false) {
+    IDirect3DTexture9* texture = nullptr;
+    D3DLOCKED_RECT locked;
+    ASSERT_EQ(D3DXCreateTexture(Device(), 32, 32, 1, 0, D3DFMT_A8R8G8B8, D3DPOOL_MANAGED, &texture), S_OK);
+    ASSERT_EQ(texture->LockRect(0, &locked, nullptr, 0), S_OK);
+    for (int y = 0; y < 32; ++y)
+        for (int x = 0; x < 32; ++x)
+            reinterpret_cast<D3DCOLOR*>(static_cast<char*>(locked.pBits) + y * locked.Pitch)[x] =
+                hole && x < 16 ? 0 : colour;
+    texture->UnlockRect(0);
+    const std::wstring file = TempFile((std::wstring(name) + L".png").c_str());
+    ASSERT_EQ(D3DXSaveTextureToFileW(file.c_str(), D3DXIFF_PNG, texture, nullptr), S_OK);
+    texture->Release();
+    sprite.Entry(name, file.c_str(), false);
+}
+
+// Records events; optionally runs an action from inside OnEvent.
+struct Recorder : ZQ::_ZQResponseDialog_tag {
+    struct Event {
+        unsigned int id;
+        int a, b;
+    };
+    std::vector<Event> events;
+    std::function<void(unsigned int)> onEvent;
+    void __stdcall OnEvent(unsigned int id, int a, int b) override {
+        events.push_back({id, a, b});
+        if (onEvent)
+            onEvent(id);
+    }
+};
+
+class DialogTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        sprite = new ZQ::ZQSprite(Device());
+        AddPicture(*sprite, L"normal", kRed);
+        AddPicture(*sprite, L"pressed", kGreen);
+        AddPicture(*sprite, L"over", kBlue);
+        AddPicture(*sprite, L"disabled", kWhite);
+        AddPicture(*sprite, L"holed", kRed, true);
+        AddPicture(*sprite, L"mark", kYellow, true);
+        sprite->Entry(twodtest::Data(L"pics.om").c_str());
+        D3DDEVICE_CREATION_PARAMETERS parameters;
+        Device()->GetCreationParameters(&parameters);
+        window = parameters.hFocusWindow;
+        sound = new ZQ::ZQSound(window, DSSCL_PRIORITY);
+        sound->Entry(L"click", SoundFile(L"long.wav").c_str());
+        sound->Entry(L"hover", SoundFile(L"long.wav").c_str());
+    }
+    static void TearDownTestSuite() {
+        delete sound;
+        delete sprite;
+    }
+    void SetUp() override { sound->Stop(); }
+
+    // One mouse report: 'd' left down, 'u' left up, 'm' plain move, 'r' right down.
+    void Report(ZQDialog& dialog, char kind, int x, int y) {
+        dialog.OnMouse(kind == 'd' || kind == 'r', kind == 'd' || kind == 'u', kind == 'r', false, false, false, 0, x,
+                       y, nullptr);
+    }
+    void Click(ZQDialog& dialog, int x, int y) {
+        Report(dialog, 'd', x, y);
+        Report(dialog, 'u', x, y);
+    }
+    // The colour the dialog shows at (x, y).
+    D3DCOLOR Shown(ZQDialog& dialog, int x, int y) {
+        BeginFrame();
+        dialog.OnFrameRender(Device(), 0.0, 0.0f, nullptr);
+        EndFrame();
+        return BackBufferPixel(x, y);
+    }
+
+    static ZQ::ZQSprite* sprite;
+    static ZQ::ZQSound* sound;
+    static HWND window;
+    Recorder recorder;
+    D3DXVECTOR3 at = D3DXVECTOR3(100.0f, 60.0f, 0.0f);
+};
+
+ZQ::ZQSprite* DialogTest::sprite = nullptr;
+ZQ::ZQSound* DialogTest::sound = nullptr;
+HWND DialogTest::window = nullptr;
+
+} // namespace
+
+TEST_F(DialogTest, AButtonReportsAReleaseOverItWhereverThePressWas) {
+    struct Case {
+        const char* name;
+        std::vector<std::pair<char, POINT>> reports;
+        size_t events;
+        D3DCOLOR picture;
+    } cases[] = {
+        {"press inside, move out, release outside", {{'d', {110, 70}}, {'m', {300, 200}}, {'u', {300, 200}}}, 0, kRed},
+        {"press outside, move in, release inside", {{'d', {10, 10}}, {'m', {120, 80}}, {'u', {120, 80}}}, 1, kBlue},
+        {"move over", {{'m', {131, 91}}}, 0, kBlue},
+        {"press over", {{'m', {110, 70}}, {'d', {110, 70}}}, 0, kGreen},
+        {"right button down", {{'m', {10, 10}}, {'r', {110, 70}}}, 0, kRed},
+    };
+    for (const Case& c : cases) {
+        ZQDialog dialog(sprite, sound, &recorder);
+        dialog.AddButton(7, L"normal", L"pressed", L"over", L"disabled", at, false);
+        recorder.events.clear();
+        for (const auto& r : c.reports)
+            Report(dialog, r.first, r.second.x, r.second.y);
+        ASSERT_EQ(recorder.events.size(), c.events) << c.name;
+        if (c.events) {
+            EXPECT_EQ(recorder.events[0].id, 7u);
+            EXPECT_EQ(recorder.events[0].a, c.reports.back().second.x);
+            EXPECT_EQ(recorder.events[0].b, c.reports.back().second.y);
+        }
+        EXPECT_TRUE(Near(Shown(dialog, 116, 76), c.picture, 3)) << c.name << std::hex << " " << Shown(dialog, 116, 76);
+    }
+}
+
+TEST_F(DialogTest, PixelExactButtonsIgnoreTransparentPixelsOfOwnAndSharedTextures) {
+    // "holed" has a texture of its own; chunk_b of the packed file lies in a shared atlas and has a
+    // transparent border of 2 columns left, 4 right, 3 rows at the top and 1 at the bottom.
+    D3DXVECTOR3 second(200.0f, 100.0f, 0.0f);
+    ZQDialog dialog(sprite, sound, &recorder);
+    dialog.AddButton(1, L"holed", L"pressed", L"over", L"disabled", at, true);
+    dialog.AddButton(2, L"chunk_b", L"pressed", L"over", L"disabled", second, true);
+    dialog.GetButton(1)->SetSound(L"click", L"hover");
+    struct Case {
+        int x, y;
+        bool hit;
+    } cases[] = {{105, 70, false}, {120, 70, true}, {201, 110, false}, {210, 101, false},
+                 {210, 108, true}, {229, 108, false}, {210, 115, false}};
+    for (const Case& c : cases) {
+        recorder.events.clear();
+        Report(dialog, 'm', c.x, c.y);
+        Click(dialog, c.x, c.y);
+        EXPECT_EQ(recorder.events.size(), c.hit ? 1u : 0u) << c.x << ", " << c.y;
+        Report(dialog, 'm', 0, 0);
+    }
+    // Over a transparent pixel the picture stays normal, yet the hover sound plays on entering.
+    sound->Stop();
+    Report(dialog, 'm', 105, 70);
+    EXPECT_TRUE(dialog.GetButton(1)->GetOvered());
+    EXPECT_TRUE(sound->isPlay(L"hover"));
+    EXPECT_TRUE(Near(Shown(dialog, 120, 70), kRed, 3));
+    Report(dialog, 'd', 105, 70);
+    EXPECT_FALSE(sound->isPlay(L"click"));
+}
+
+TEST_F(DialogTest, ClickAndHoverSounds) {
+    ZQDialog dialog(sprite, sound, &recorder);
+    dialog.AddButton(1, L"normal", L"pressed", L"over", L"disabled", at, false);
+    dialog.GetButton(1)->SetSound(L"click", nullptr);
+    Report(dialog, 'm', 110, 70);
+    EXPECT_FALSE(sound->isPlay(L"hover")) << "no over sound set";
+    dialog.GetButton(1)->SetSound(nullptr, L"hover");
+    Report(dialog, 'd', 110, 70);
+    EXPECT_TRUE(sound->isPlay(L"click"));
+    // Leaving and coming back while pressed plays no over sound.
+    Report(dialog, 'm', 300, 200);
+    sound->Stop();
+    Report(dialog, 'm', 110, 70);
+    EXPECT_FALSE(sound->isPlay(L"hover"));
+    Report(dialog, 'u', 300, 200);
+    Report(dialog, 'm', 110, 70);
+    EXPECT_TRUE(sound->isPlay(L"hover")) << "released, the next entry plays it";
+}
+
+TEST_F(DialogTest, DisabledButtonsShowTheirPictureAtHalfAlphaAndStaySilent) {
+    ZQDialog dialog(sprite, sound, &recorder);
+    dialog.AddButton(1, L"normal", L"pressed", L"over", L"disabled", at, false);
+    ZQ::ZQDialogButton* button = dialog.GetButton(1);
+    button->SetDisable(true);
+    button->SetSprite(L"normal", L"pressed", L"over", L"pressed");
+    button->SetDisable(true);
+    EXPECT_TRUE(Near(Shown(dialog, 116, 76), kGrey, 4)) << "the second call changed nothing";
+    Click(dialog, 116, 76);
+    EXPECT_TRUE(recorder.events.empty());
+    EXPECT_TRUE(Near(Shown(dialog, 116, 76), kGrey, 4));
+    dialog.SetDisable(false);
+    EXPECT_TRUE(Near(Shown(dialog, 116, 76), kRed, 3));
+}
+
+TEST_F(DialogTest, AHandlerMayCallTheControlFromAnotherThread) {
+    ZQDialog dialog(sprite, sound, &recorder);
+    dialog.AddButton(1, L"normal", L"pressed", L"over", L"disabled", at, false);
+    ZQ::ZQDialogButton* button = dialog.GetButton(1);
+    DWORD waited = WAIT_FAILED;
+    recorder.onEvent = [&](unsigned int) {
+        HANDLE thread = CreateThread(
+            nullptr, 0, [](void* b) -> DWORD { static_cast<ZQ::ZQDialogButton*>(b)->SetDisable(true); return 0; },
+            button, 0, nullptr);
+        waited = WaitForSingleObject(thread, 5000);
+        CloseHandle(thread);
+    };
+    Click(dialog, 110, 70);
+    EXPECT_EQ(waited, WAIT_OBJECT_0) << "the control's lock is released around OnEvent";
+    EXPECT_TRUE(button->GetDisable());
+}
+
+TEST_F(DialogTest, CheckBoxesToggleAtThePressAndReportAtTheRelease) {
+    ZQDialog dialog(sprite, sound, &recorder);
+    dialog.AddCheckBox(3, L"normal", L"mark", L"over", L"disabled", at, false);
+    ZQ::ZQDialogCheckBox* box = dialog.GetCheckBox(3);
+    bool seen = false;
+    recorder.onEvent = [&](unsigned int) { seen = box->GetChecked(); };
+    Report(dialog, 'd', 110, 70);
+    Report(dialog, 'u', 300, 200);
+    EXPECT_TRUE(box->GetChecked()) << "toggled at the press";
+    EXPECT_TRUE(recorder.events.empty()) << "released outside";
+    // Box and mark are two layers: the mark's transparent left half shows the box.
+    EXPECT_TRUE(Near(Shown(dialog, 104, 64), kRed, 3));
+    EXPECT_TRUE(Near(Shown(dialog, 124, 64), kYellow, 3));
+    Click(dialog, 110, 70);
+    ASSERT_EQ(recorder.events.size(), 1u);
+    EXPECT_FALSE(seen) << "the handler reads the new state";
+    EXPECT_TRUE(Near(Shown(dialog, 124, 64), kBlue, 3)) << "unchecked, box over";
+}
+
+TEST_F(DialogTest, RadioGroupsKeepOneSelection) {
+    ZQDialog dialog(sprite, sound, &recorder);
+    D3DXVECTOR3 p[4] = {{10, 10, 0}, {50, 10, 0}, {90, 10, 0}, {130, 10, 0}};
+    dialog.AddRadioButton(1, 5, L"normal", L"pressed", L"over", L"disabled", p[0], false, false);
+    dialog.AddRadioButton(2, 5, L"normal", L"pressed", L"over", L"disabled", p[1], false, false);
+    dialog.AddRadioButton(3, 5, L"normal", L"pressed", L"over", L"disabled", p[2], false, false);
+    auto selected = [&]() {
+        std::string s;
+        for (unsigned int id = 1; id <= 3; ++id)
+            s += dialog.GetRadioButton(id)->GetSelect() ? '1' : '0';
+        return s;
+    };
+    EXPECT_EQ(selected(), "100") << "a new group starts with its first member selected";
+    dialog.AddRadioButton(4, 6, L"normal", L"pressed", L"over", L"disabled", p[3], false, false);
+    EXPECT_TRUE(dialog.GetRadioButton(4)->GetSelect());
+
+    std::string seenInHandler;
+    recorder.onEvent = [&](unsigned int) { seenInHandler = selected(); };
+    Click(dialog, 60, 20);
+    EXPECT_EQ(seenInHandler, "100") << "the event comes before the group changes";
+    EXPECT_EQ(selected(), "010");
+    EXPECT_TRUE(dialog.GetRadioButton(4)->GetSelect()) << "other groups are untouched";
+    EXPECT_TRUE(Near(Shown(dialog, 66, 26), kGreen, 3));
+    EXPECT_TRUE(Near(Shown(dialog, 26, 26), kRed, 3));
+
+    Click(dialog, 60, 20);
+    EXPECT_EQ(recorder.events.size(), 2u) << "clicking the selected button reports again";
+    EXPECT_EQ(selected(), "010");
+
+    // A disabled selected member stays selected; re-enabled it shows selected again.
+    dialog.GetRadioButton(2)->SetDisable(true);
+    Click(dialog, 60, 20);
+    EXPECT_EQ(selected(), "010");
+    EXPECT_TRUE(Near(Shown(dialog, 66, 26), kGrey, 4));
+    dialog.GetRadioButton(2)->SetDisable(false);
+    EXPECT_TRUE(Near(Shown(dialog, 66, 26), kGreen, 3));
+
+    // SetSelect touches one member only; a later member added with select true becomes the only one.
+    dialog.GetRadioButton(3)->SetSelect(true);
+    EXPECT_EQ(selected(), "011");
+    D3DXVECTOR3 beyond(200, 10, 0);
+    dialog.AddRadioButton(9, 5, L"normal", L"pressed", L"over", L"disabled", beyond, true, false);
+    EXPECT_EQ(selected(), "000");
+    EXPECT_TRUE(dialog.GetRadioButton(9)->GetSelect());
+}
+
+TEST_F(DialogTest, ATransparentRadioPixelEndsTheRoutingOfTheRelease) {
+    ZQDialog dialog(sprite, sound, &recorder);
+    D3DXVECTOR3 a(10, 10, 0), b(50, 10, 0), c(10, 10, 0), d(50, 10, 0);
+    dialog.AddRadioButton(1, 1, L"normal", L"pressed", L"over", L"disabled", a, false, false);
+    dialog.AddRadioButton(2, 1, L"holed", L"pressed", L"over", L"disabled", b, false, true);
+    dialog.AddRadioButton(3, 2, L"normal", L"pressed", L"over", L"disabled", c, false, false);
+    dialog.AddRadioButton(4, 2, L"normal", L"pressed", L"over", L"disabled", d, false, false);
+    ZQ::ZQRect field(40.0f, 0.0f, 100.0f, 50.0f);
+    D3DXCOLOR white(1, 1, 1, 1);
+    dialog.AddEditBox(20, nullptr, field, white, 0);
+    dialog.AddEditBox(21, nullptr, field, white, 0);
+    dialog.GetEditBox(20)->SetAcquire(false);
+    Click(dialog, 55, 20); // the hole of button 2
+    EXPECT_FALSE(dialog.GetRadioButton(2)->GetSelect());
+    EXPECT_FALSE(dialog.GetRadioButton(4)->GetSelect()) << "the later group is not examined";
+    EXPECT_FALSE(dialog.GetEditBox(20)->GetAcquire()) << "nor the edit boxes";
+    Click(dialog, 70, 20);
+    EXPECT_TRUE(dialog.GetRadioButton(2)->GetSelect());
+    EXPECT_TRUE(dialog.GetRadioButton(4)->GetSelect());
+    EXPECT_TRUE(dialog.GetEditBox(20)->GetAcquire()) << "the first box under the point takes the focus";
+    EXPECT_FALSE(dialog.GetEditBox(21)->GetAcquire());
+}
+
+TEST_F(DialogTest, ContainerRules) {
+    ZQDialog dialog(sprite, sound, &recorder);
+    D3DXVECTOR3 p(10, 10, 0), q(60, 10, 0), r(110, 10, 0);
+    D3DXCOLOR white(1, 1, 1, 1);
+    dialog.AddCheckBox(2, L"pressed", L"mark", L"over", L"disabled", r, false);
+    dialog.AddButton(1, L"normal", L"pressed", L"over", L"disabled", p, false);
+    dialog.AddButton(1, L"over", L"pressed", L"over", L"disabled", q, false);
+    dialog.AddButton(3, L"over", L"pressed", L"over", L"disabled", r, false);
+    EXPECT_TRUE(Near(Shown(dialog, 120, 20), kGreen, 3)) << "check boxes are drawn after buttons";
+    dialog.GetButton(1)->SetShow(false);
+    EXPECT_TRUE(Near(Shown(dialog, 20, 20), kBlack, 3)) << "the first of two with one id";
+    EXPECT_TRUE(Near(Shown(dialog, 70, 20), kBlue, 3));
+    EXPECT_EQ(dialog.GetButton(99), nullptr);
+
+    // Background pictures: index equal to the count changes nothing; disabling halves them for the draw.
+    ZQDialog background(sprite, nullptr, nullptr);
+    D3DXVECTOR3 corner(200, 150, 0);
+    background.SetSprite(L"normal", corner, white);
+    background.SetSprite(1u, L"over", corner, white);
+    EXPECT_TRUE(Near(Shown(background, 210, 160), kRed, 3));
+    background.SetSprite(0u, L"disabled", corner, white);
+    background.SetDisable(true);
+    EXPECT_TRUE(Near(Shown(background, 210, 160), kGrey, 4));
+    background.SetDisable(false);
+    EXPECT_TRUE(Near(Shown(background, 210, 160), kWhite, 3));
+    background.SetVisible(false);
+    EXPECT_TRUE(Near(Shown(background, 210, 160), kBlack, 3));
+}
+
+TEST_F(DialogTest, EditBoxFocusMovesWithTabAndReturn) {
+    ZQDialog dialog(sprite, sound, &recorder);
+    D3DXCOLOR white(1, 1, 1, 1);
+    ZQ::ZQRect rect[3] = {{0.f, 0.f, 50.f, 20.f}, {0.f, 30.f, 50.f, 50.f}, {0.f, 60.f, 50.f, 80.f}};
+    for (unsigned int i = 0; i < 3; ++i)
+        dialog.AddEditBox(i, nullptr, rect[i], white, 0);
+    auto focus = [&]() {
+        std::string s;
+        for (unsigned int i = 0; i < 3; ++i)
+            s += dialog.GetEditBox(i)->GetAcquire() ? '1' : '0';
+        return s;
+    };
+    EXPECT_EQ(focus(), "100") << "the first box is acquired at once";
+    EXPECT_STREQ(dialog.GetEditBox(0)->GetDisplay(), L"|");
+    dialog.OnKeyboard(VK_TAB, true, false, nullptr);
+    EXPECT_EQ(focus(), "010");
+    EXPECT_STREQ(dialog.GetEditBox(0)->GetDisplay(), L"") << "the caret goes with the focus";
+    dialog.OnKeyboard(VK_RETURN, false, false, nullptr);
+    EXPECT_EQ(focus(), "010") << "key up";
+    dialog.SetTab(false);
+    dialog.OnKeyboard(VK_TAB, true, false, nullptr);
+    EXPECT_EQ(focus(), "010");
+    dialog.SetVisible(false);
+    dialog.OnKeyboard(VK_RETURN, true, false, nullptr);
+    EXPECT_EQ(focus(), "001") << "keys move the focus even while invisible";
+    Click(dialog, 10, 40);
+    EXPECT_EQ(focus(), "001") << "an invisible dialog ignores the mouse";
+    dialog.SetVisible(true);
+    dialog.OnKeyboard(VK_RETURN, true, false, nullptr);
+    EXPECT_EQ(focus(), "100") << "wraps after the last";
+    Click(dialog, 10, 40);
+    EXPECT_EQ(focus(), "010");
+    Click(dialog, 200, 200);
+    EXPECT_EQ(focus(), "010") << "a release outside every box keeps the focus";
+}
+
+TEST_F(DialogTest, WindowMessagesReachTheDialogThroughTheFrame) {
+    ZQDialog dialog(sprite, sound, &recorder);
+    dialog.AddButton(1, L"normal", L"pressed", L"over", L"disabled", at, false);
+    dialog.GetButton(1)->SetSound(L"click", L"hover");
+    ZQ::ZQDirect3d* frame = ZQ::ZQDirect3d::m_pDirect3d;
+    frame->SetMouseFuncUserContext(&dialog);
+    frame->SetMouseFunc([](bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x,
+                           int y, void* context) {
+        static_cast<ZQDialog*>(context)->OnMouse(down, left, right, middle, side1, side2, wheel, x, y, nullptr);
+    });
+    SendMessageW(window, WM_MOUSEMOVE, 0, MAKELPARAM(110, 70));
+    EXPECT_TRUE(sound->isPlay(L"hover"));
+    EXPECT_TRUE(Near(Shown(dialog, 116, 76), kBlue, 3));
+    SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(110, 70));
+    EXPECT_TRUE(sound->isPlay(L"click"));
+    EXPECT_TRUE(Near(Shown(dialog, 116, 76), kGreen, 3));
+    frame->SetMouseFunc(nullptr);
+}
+
+TEST_F(DialogTest, AnimationDialogsHoldAnimatedControls) {
+    ZQ::ZQSprite art(Device());
+    art.Entry(twodtest::Data(L"sprites.te").c_str());
+    ZQ::ZQAnimate animate(&art);
+    animate.Entry(twodtest::Data(L"anim\\narrow.am").c_str());
+    ZQDialog dialog(&animate, sound, &recorder);
+    EXPECT_EQ(dialog.GetSprite(), &art) << "sprite controls draw with the animate's sprite";
+    ZQ::ZQRect r1(100.0f, 60.0f, 132.0f, 92.0f), r2(150.0f, 60.0f, 182.0f, 92.0f), r3(200.0f, 60.0f, 232.0f, 92.0f);
+    dialog.AddAniButton(1, L"blink", L"move", L"tinted", L"blink", r1, nullptr);
+    dialog.AddAniRadioButton(2, 3, L"blink", L"move", L"tinted", L"blink", r2, false, nullptr);
+    dialog.AddAniRadioButton(3, 3, L"blink", L"move", L"tinted", L"blink", r3, false, L"quad");
+    dialog.AddAniCheckBox(4, L"blink", L"move", L"tinted", L"blink", r3, nullptr);
+    D3DXVECTOR3 origin(0, 0, 0);
+    dialog.SetAnimate(L"blink", origin, true, -1);
+    dialog.GetAniButton(1)->SetSound(L"click", nullptr);
+
+    Click(dialog, 131, 91);
+    EXPECT_TRUE(sound->isPlay(L"click"));
+    ASSERT_EQ(recorder.events.size(), 1u);
+    EXPECT_EQ(recorder.events[0].id, 1u);
+    EXPECT_TRUE(dialog.GetAniRadioButton(2)->GetSelect());
+    bool seen = true;
+    recorder.onEvent = [&](unsigned int id) {
+        if (id == 3)
+            seen = dialog.GetAniRadioButton(3)->GetSelect();
+    };
+    Click(dialog, 210, 70);
+    EXPECT_FALSE(seen) << "the event comes before the group changes";
+    EXPECT_TRUE(dialog.GetAniRadioButton(3)->GetSelect());
+    EXPECT_FALSE(dialog.GetAniRadioButton(2)->GetSelect());
+    EXPECT_TRUE(dialog.GetAniCheckBox(4)->GetChecked()) << "the check box under the same point toggled";
+    BeginFrame();
+    dialog.OnFrameRender(Device(), 0.0, 0.05f, nullptr);
+    EndFrame();
+
+    // A sprite dialog makes no animated controls and has no background player.
+    ZQDialog plain(sprite, sound, &recorder);
+    plain.AddAniButton(1, L"blink", L"move", L"tinted", L"blink", r1, nullptr);
+    plain.SetAnimate(L"blink", origin, true, -1);
+    EXPECT_EQ(plain.GetAniButton(1), nullptr);
+    EXPECT_EQ(plain.GetAnimate(), nullptr);
+}
