@@ -40,6 +40,10 @@ public:
             return S_OK;
         m_sprite = new ZQSprite(device);
         m_sprite->Entry(L"kiosk.te");
+        // The banner's title, in a font file that ships beside the program.
+        m_font = new ZQFont(device);
+        m_font->Entry(1, L"DejaVuSans.ttf", L"DejaVu Sans", 32, 0, 700, 1, FALSE, DEFAULT_CHARSET, 0,
+                      ANTIALIASED_QUALITY, 0);
         if (m_index == 1)
             CreateMenu();
         return S_OK;
@@ -47,11 +51,19 @@ public:
     HRESULT OnResetDevice(IDirect3DDevice9*, const D3DSURFACE_DESC* backBuffer, void*) override {
         if (backBuffer)
             m_backBuffer = *backBuffer;
+        if (m_font)
+            m_font->OnResetDevice(nullptr, backBuffer, nullptr);
         return S_OK;
+    }
+    void OnLostDevice(void*) override {
+        if (m_font)
+            m_font->OnLostDevice(nullptr);
     }
     void OnDestroyDevice(void*) override {
         delete m_menu;
         m_menu = nullptr;
+        delete m_font;
+        m_font = nullptr;
         delete m_sprite;
         m_sprite = nullptr;
     }
@@ -81,6 +93,7 @@ private:
     D3DSURFACE_DESC m_backBuffer = {};
     ZQSprite* m_sprite = nullptr;
     ZQDialog* m_menu = nullptr;
+    ZQFont* m_font = nullptr;
     float m_time = 0.0f;
 };
 
@@ -169,6 +182,12 @@ void KioskScene::OnFrameRender(IDirect3DDevice9* device, double, float, void*) {
     device->Clear(0, nullptr, D3DCLEAR_TARGET | D3DCLEAR_ZBUFFER, m_background, 1.0f, 0);
     const D3DRECT banner = {0, 24, static_cast<LONG>(m_backBuffer.Width), 72};
     device->Clear(1, &banner, D3DCLEAR_TARGET, m_banner, 1.0f, 0);
+    if (m_font) {
+        static const wchar_t* const kTitles[] = {L"Welcome", L"Choose", L"Your ticket"};
+        RECT title = {banner.x1, banner.y1, banner.x2, banner.y2};
+        m_font->DrawTextW(1, nullptr, kTitles[m_index < 2 ? m_index : 2], -1, &title,
+                          DT_CENTER | DT_VCENTER | DT_SINGLELINE, D3DCOLOR_XRGB(20, 20, 60));
+    }
     if (m_sprite) {
         switch (m_index) {
         case 0: DrawAttract(); break;
@@ -228,6 +247,12 @@ void KioskScene::OnEvent(unsigned int id, int, int) {
 void KioskScene::DrawMenu() {
     if (m_menu)
         m_menu->OnFrameRender(nullptr, m_time, 0.0f, nullptr);
+    if (m_font) {
+        RECT next = {240, 146, 400, 194}, attract = {240, 236, 400, 284};
+        const DWORD centred = DT_CENTER | DT_VCENTER | DT_SINGLELINE;
+        m_font->DrawTextW(0, nullptr, L"Next screen", -1, &next, centred, D3DCOLOR_XRGB(255, 255, 255));
+        m_font->DrawTextW(0, nullptr, L"Attract loop", -1, &attract, centred, D3DCOLOR_XRGB(255, 255, 255));
+    }
 }
 
 // A ticket printed by a wipe, and a turned copy of it below.
