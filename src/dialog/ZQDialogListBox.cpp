@@ -103,12 +103,7 @@ void ZQDialogListBox::OnLostDevice(void*) {
 void ZQDialogListBox::DrawLine(const Line& line, int band) {
     const float top = static_cast<float>(band * m_lineHeight);
     ZQRect where(0.0f, top, m_rect.right - m_rect.left, top + static_cast<float>(m_lineHeight));
-    if (m_shadowOffset != 0) {
-        const float offset = static_cast<float>(m_shadowOffset);
-        ZQRect shadow = where + D3DXVECTOR2(offset, offset);
-        m_font->DrawTextW(m_target->TextSprite(), line.text, -1, shadow, DT_VCENTER, m_shadowColour);
-    }
-    m_font->DrawTextW(m_target->TextSprite(), line.text, -1, where, DT_VCENTER, line.colour);
+    m_target->DrawText(m_font, line.text, where, DT_VCENTER, line.colour, m_shadowOffset, m_shadowColour);
 }
 
 void ZQDialogListBox::OnFrameMove(IDirect3DDevice9*, double, float, void*) {

@@ -93,12 +93,7 @@ void ZQDialogStatic::OnFrameMove(IDirect3DDevice9*, double, float, void*) {
     ZQLock lock(&m_lock);
     if (!m_visible || !m_font || !m_target || !m_target->Begin())
         return;
-    if (m_shadowOffset != 0) {
-        const float offset = static_cast<float>(m_shadowOffset);
-        ZQRect shadow = m_rect + D3DXVECTOR2(offset, offset);
-        m_font->DrawTextW(m_target->TextSprite(), m_text, -1, shadow, m_format, m_shadowColour);
-    }
-    m_font->DrawTextW(m_target->TextSprite(), m_text, -1, m_rect, m_format, m_colour);
+    m_target->DrawText(m_font, m_text, m_rect, m_format, m_colour, m_shadowOffset, m_shadowColour);
     m_target->End();
 }
 

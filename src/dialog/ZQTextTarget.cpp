@@ -73,6 +73,17 @@ bool ZQTextTarget::Begin() {
     return true;
 }
 
+void ZQTextTarget::DrawText(ID3DXFont* font, const wchar_t* text, const ZQRect& where, DWORD format,
+                            const D3DXCOLOR& colour, int shadowOffset, const D3DXCOLOR& shadowColour) {
+    if (shadowOffset != 0) {
+        const float offset = static_cast<float>(shadowOffset);
+        ZQRect shadow = where + D3DXVECTOR2(offset, offset);
+        font->DrawTextW(m_textSprite, text, -1, shadow, format, shadowColour);
+    }
+    ZQRect inside = where;
+    font->DrawTextW(m_textSprite, text, -1, inside, format, colour);
+}
+
 void ZQTextTarget::End() {
     m_textSprite->End();
     m_renderToSurface->EndScene(D3DX_FILTER_NONE);

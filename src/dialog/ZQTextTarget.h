@@ -23,7 +23,10 @@ public:
     /// Begins the texture's scene, cleared to transparent black, and the text sprite; false (nothing
     /// begun) without a texture or when the device refuses.
     bool Begin();
-    ID3DXSprite* TextSprite() { return m_textSprite; }
+    /// Between Begin and End: text in where, preceded by its shadow moved by (offset, offset) when
+    /// offset is not 0.
+    void DrawText(ID3DXFont* font, const wchar_t* text, const ZQRect& where, DWORD format, const D3DXCOLOR& colour,
+                  int shadowOffset, const D3DXCOLOR& shadowColour);
     void End();
     /// Clears the texture to transparent black outside any drawing.
     void Clear();
