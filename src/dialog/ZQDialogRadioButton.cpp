@@ -125,40 +125,35 @@ void ZQDialogRadioButton::OnFrameRender(IDirect3DDevice9*, double, float, void*)
 void ZQDialogRadioButton::OnMouse(bool down, bool left, bool right, bool middle, bool, bool, int, int x, int y,
                                   void*) {
     ZQLock lock(&m_lock);
-    const bool active = !m_disabled && m_show;
     const bool over = m_hit.isOverlap(x, y);
-    if (active) {
-        if (over && !m_over && !m_pressed && m_sound && !m_overSound.empty())
-            m_sound->Play(m_overSound, true, 0, 0);
-        m_over = over;
-    }
     const bool maskPasses = !m_pixelExact || check(x, y);
-    if (IsLeftPress(down, left)) {
-        if (!active || !over || !maskPasses)
-            return;
+    switch (TrackMouse({m_over, m_pressed, m_sound, m_overSound, m_clickSound}, down, left, right, middle,
+                       !m_disabled && m_show, over, maskPasses)) {
+    case MouseStep::Press:
         Assign(m_shown, m_selectedName);
-        if (!m_pressed && m_sound && !m_clickSound.empty())
-            m_sound->Play(m_clickSound, true, 0, 0);
-        m_pressed = true;
-    } else if (IsLeftRelease(down, left)) {
-        m_pressed = false;
-        if (!active)
-            return;
-        if (!over) {
-            Assign(m_shown, m_selected ? m_selectedName : m_normal);
-            m_pressed = m_selected;
-            return;
-        }
-        if (!maskPasses)
-            return;
+        break;
+    case MouseStep::ReleaseOutside:
+        Assign(m_shown, m_selected ? m_selectedName : m_normal);
+        m_pressed = m_selected;
+        break;
+    case MouseStep::MoveOver:
+        Assign(m_shown, m_overName);
+        break;
+    case MouseStep::MoveOverClear:
+        Assign(m_shown, m_normal);
+        break;
+    case MouseStep::MoveOff:
+        Assign(m_shown, m_selected ? m_selectedName : m_normal);
+        break;
+    case MouseStep::ReleaseOver:
         Assign(m_shown, m_overName);
         if (_ZQResponseDialog_tag* response = GetResponse()) {
             ZQUnLock unlock(&m_lock);
             response->OnEvent(m_id, x, y);
         }
-    } else if (IsPlainMove(down, left, right, middle)) {
-        if (active && !m_pressed)
-            Assign(m_shown, over ? (maskPasses ? m_overName : m_normal) : m_selected ? m_selectedName : m_normal);
+        break;
+    case MouseStep::Nothing:
+        break;
     }
 }
 

@@ -4,14 +4,37 @@
 
 namespace ZQ {
 
+class ZQSound;
+
 /// The hit rectangle of chunk name drawn at pos: its trim rectangle moved to pos less the origin, or
 /// the whole chunk at pos when it has no trim; all zero (never hit) when the sprite does not know it.
 ZQRect ChunkHitRect(ZQSprite* sprite, const wchar_t* name, const D3DXVECTOR3& pos,
                     _ZQTextureChunk_tag** chunk = nullptr);
 
-inline bool IsLeftPress(bool down, bool left) { return down && left; }
-inline bool IsLeftRelease(bool down, bool left) { return !down && left; }
-inline bool IsPlainMove(bool down, bool left, bool right, bool middle) { return !down && !left && !right && !middle; }
+/// What a mouse report means to a clickable control, after the rules they all share.
+enum class MouseStep {
+    Nothing,
+    Press,             ///< a left press over an opaque pixel of an active control
+    ReleaseOutside,    ///< a left release elsewhere
+    ReleaseOver,       ///< a left release over an opaque pixel: the control reports
+    MoveOver,          ///< a plain move over an opaque pixel, not pressed
+    MoveOverClear,     ///< a plain move over a transparent pixel, not pressed
+    MoveOff,           ///< a plain move elsewhere, not pressed
+};
+
+/// The state every clickable control keeps for the mouse, and its sounds.
+struct ClickState {
+    bool& over;    ///< the pointer was over the hit rectangle at the last report
+    bool& pressed; ///< a press was taken and no release seen since
+    ZQSound* sound;
+    const wchar_t* overSound;
+    const wchar_t* clickSound;
+};
+
+/// Plays the over sound on entering and the click sound on a first press, keeps the over and pressed
+/// flags (any left release clears pressed), and says what the report means; active is enabled and shown.
+MouseStep TrackMouse(ClickState state, bool down, bool left, bool right, bool middle, bool active, bool over,
+                     bool maskPasses);
 
 const D3DXCOLOR kEnabledColour(1.0f, 1.0f, 1.0f, 1.0f);
 const D3DXCOLOR kDisabledColour(1.0f, 1.0f, 1.0f, 0.5f);
