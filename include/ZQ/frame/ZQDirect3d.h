@@ -47,7 +47,9 @@ struct _ZQTimerList_tag {
 };
 typedef ZQArray<_ZQTimerList_tag> ZQTimerArray;
 
-// Every field of the framework state, with its type and default: X(type, Name, default).
+// Every field of the framework state, with its type and default: X(type, Name, default). Each has a
+// GetName/SetName pair (GetFPS, SetFPS, ...); the context of each callback is the field named after it
+// with UserContext appended (FrameMoveFuncUserContext).
 #define ZQ_DIRECT3D_STATE(X)                                                                                          \
     X(bool, InitCalled, false)                                                                                        \
     X(bool, Inited, false)                                                                                            \

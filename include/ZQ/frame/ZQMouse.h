@@ -31,7 +31,7 @@ private:
     // The array this mouse allocated, shared with its copies and freed with the last of them.
     Storage* m_storage;
     CRITICAL_SECTION m_lock;
-    bool* m_buttons;
+    bool* m_buttons; ///< MouseButtons: left, middle, right, side 1, side 2
 };
 
 } // namespace ZQ

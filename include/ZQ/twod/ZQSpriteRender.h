@@ -18,6 +18,7 @@ public:
     ZQSpriteRender& operator=(const ZQSpriteRender&) = delete;
     virtual ~ZQSpriteRender();
 
+    /// The _NoLock forms do the same work without taking the lock.
     /// The 128-byte managed vertex buffer; true on success.
     bool CreateVertexBuffer();
     bool CreateVertexBuffer_NoLock();
