@@ -9,6 +9,7 @@
 // defaults to the file's name without its extension.
 #include "ZQImage.h"
 #include "ZQPackedTexture.h"
+#include "ToolText.h"
 
 #include <stb_rect_pack.h>
 
@@ -230,26 +231,6 @@ void OpaqueBox(const zqtools::Image& image, int32_t box[4]) {
         return;
     }
     box[0] = left, box[1] = top, box[2] = right, box[3] = bottom;
-}
-
-std::u16string Utf16(const std::string& utf8) {
-    std::u16string text;
-    for (size_t i = 0; i < utf8.size();) {
-        const unsigned char lead = static_cast<unsigned char>(utf8[i]);
-        const int extra = lead < 0x80 ? 0 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
-        char32_t code = extra == 0 ? lead : lead & (0x3F >> extra);
-        for (int k = 1; k <= extra && i + k < utf8.size(); ++k)
-            code = code << 6 | (static_cast<unsigned char>(utf8[i + k]) & 0x3F);
-        i += static_cast<size_t>(extra) + 1;
-        if (code >= 0x10000) {
-            code -= 0x10000;
-            text.push_back(static_cast<char16_t>(0xD800 + (code >> 10)));
-            text.push_back(static_cast<char16_t>(0xDC00 + (code & 0x3FF)));
-        } else {
-            text.push_back(static_cast<char16_t>(code));
-        }
-    }
-    return text;
 }
 
 // Names the library will not find, or will read otherwise than the artist meant.
