@@ -1,6 +1,6 @@
 // The attract loop, shown while nobody plays: a turning coin and a ticket ride a spline path (players
 // moved along it every frame), a star follows them, an arrow hops along the bottom, sparkles appear
-// now and then. The music plays under it. A touch, a key or a coin leads to the menu.
+// now and then. The music plays under it. A touch or a key leads to the menu.
 #include "Kiosk.h"
 
 #include <cmath>
@@ -11,6 +11,11 @@ namespace {
 const wchar_t* const kPath = L"swoop";
 // The ticket and the star ride the same path, a little behind the coin.
 const float kTicketLag = 1.2f, kStarLag = 0.5f;
+
+// Where a rider that is lag seconds behind the path's clock is now.
+D3DXVECTOR3 OnPath(_3D::ZQ3DSpline* path, float time, float total, float lag) {
+    return path->GetPosition(std::fmod(time - lag + total, total));
+}
 } // namespace
 
 AttractScreen::AttractScreen(KioskApp& app)
@@ -38,11 +43,6 @@ void AttractScreen::Leave() {
     delete m_coin;
     m_sparkles = nullptr;
     m_arrow = m_ticket = m_coin = nullptr;
-}
-
-// Where a rider that is lag seconds behind the path's clock is now.
-static D3DXVECTOR3 OnPath(_3D::ZQ3DSpline* path, float time, float total, float lag) {
-    return path->GetPosition(std::fmod(time - lag + total, total));
 }
 
 void AttractScreen::Move(double, float elapsed) {

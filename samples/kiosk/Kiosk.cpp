@@ -114,9 +114,11 @@ void KioskApp::Music(bool on) {
 }
 
 bool KioskApp::TakeCredit() {
-    if (m_credits && m_credits->GetNumber() > 0) {
-        m_credits->Minus(1);
-        Log(kCoinColour, L"One credit taken, %u left", static_cast<unsigned>(m_credits->GetNumber()));
+    if (m_creditCount > 0) {
+        --m_creditCount;
+        if (m_credits)
+            m_credits->Reset(m_creditCount);
+        Log(kCoinColour, L"One credit taken, %u left", m_creditCount);
         return true;
     }
     if (m_freePlay || m_demo)
@@ -226,7 +228,7 @@ HRESULT CALLBACK KioskApp::OnDeviceCreated(IDirect3DDevice9* device, const D3DSU
     app->m_cursor->Entry(screen, L"cursor", L"cursor_press", nullptr, nullptr, nullptr, nullptr);
     D3DXVECTOR3 credits(620.0f, 438.0f, 0.0f);
     app->m_credits = new ZQDialogNumber(app->m_sprite, 0, L"digit", credits, 2.0f, DT_RIGHT);
-    app->m_credits->Reset(static_cast<unsigned __int64>(app->m_coinsCounted));
+    app->m_credits->Reset(app->m_creditCount);
     return S_OK;
 }
 
@@ -270,8 +272,9 @@ void CALLBACK KioskApp::OnFrameMove(IDirect3DDevice9*, double, float, void* cont
     auto* app = static_cast<KioskApp*>(context);
     for (const long coins = app->m_acceptor.Coins(); app->m_coinsCounted < coins;) {
         ++app->m_coinsCounted;
+        ++app->m_creditCount;
         if (app->m_credits)
-            app->m_credits->Plus(1);
+            app->m_credits->Reset(app->m_creditCount);
         app->Click();
         app->Log(kCoinColour, L"Coin %ld accepted", app->m_coinsCounted);
     }

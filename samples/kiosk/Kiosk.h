@@ -31,7 +31,8 @@ public:
 
     void Click();
     void Music(bool on);
-    /// Takes one credit for a round; false when there is none (a round is free without a coin acceptor).
+    /// Takes one credit for a round; false when there is none (rounds are free without a coin acceptor
+    /// and in the demo).
     bool TakeCredit();
 
     /// One line of the event log, with its colour; the name screen's list box shows the newest.
@@ -84,6 +85,7 @@ private:
     ZQ::ZQSound* m_sound = nullptr;
     CoinAcceptor m_acceptor;
     long m_coinsCounted = 0;
+    unsigned m_creditCount = 0;
     bool m_freePlay = true;
 
     LogLine m_log[kLogLines] = {};

@@ -35,12 +35,18 @@ void NameScreen::Backdrop(IDirect3DDevice9* device) {
     device->Clear(2, kPanels, D3DCLEAR_TARGET, D3DCOLOR_XRGB(24, 10, 40), 1.0f, 0);
 }
 
-void NameScreen::Leave() { m_app.SetLiveLog(nullptr); }
+// Only a built screen has handed its list box to the log (and the application may be gone when the
+// screen is deleted).
+void NameScreen::Leave() {
+    if (m_dialog)
+        m_app.SetLiveLog(nullptr);
+}
 
 void NameScreen::Key(UINT key) {
-    if (key != VK_RETURN || !m_dialog)
+    ZQDialogEditBox* name = m_dialog ? m_dialog->GetEditBox(kNameBox) : nullptr;
+    if (key != VK_RETURN || !name)
         return;
     m_app.Click();
-    m_app.SetPlayerName(m_dialog->GetEditBox(kNameBox)->GetText());
+    m_app.SetPlayerName(name->GetText());
     m_app.Show(kPlay);
 }
