@@ -68,6 +68,15 @@ template <typename T> void Append(ZQVector& list, T* item) {
         list.push_back(item);
 }
 
+// The animation form in an animation dialog, the sprite form otherwise.
+template <typename Gauge>
+Gauge* NewGauge(ZQAnimate* animate, ZQSprite* sprite, unsigned int id, const wchar_t* marker,
+                const wchar_t* background, ZQRect& rect, float range, _ZQResponseDialog_tag* response) {
+    if (animate)
+        return new (std::nothrow) Gauge(animate, id, marker, background, rect, range, response);
+    return new (std::nothrow) Gauge(sprite, id, marker, background, rect, range, response);
+}
+
 } // namespace
 
 ZQDialog::ZQDialog(ZQSprite* sprite, ZQSound* sound, _ZQResponseDialog_tag* response)
@@ -397,22 +406,23 @@ void ZQDialog::AddProgress(unsigned int id, const wchar_t* bar, const wchar_t* b
 }
 
 void ZQDialog::AddGauge(unsigned int id, const wchar_t* marker, ZQRect& rect, float range) {
-    Append(m_gauges, new (std::nothrow) ZQDialogGauge(m_sprite, id, marker, rect, range, GetResponse()));
+    AddGauge(id, marker, nullptr, rect, range);
 }
 
 void ZQDialog::AddGauge(unsigned int id, const wchar_t* marker, const wchar_t* background, ZQRect& rect,
                         float range) {
-    Append(m_gauges, new (std::nothrow) ZQDialogGauge(m_sprite, id, marker, background, rect, range, GetResponse()));
+    Append(m_gauges,
+           NewGauge<ZQDialogGauge>(m_animate, m_sprite, id, marker, background, rect, range, GetResponse()));
 }
 
 void ZQDialog::AddTimeGauge(unsigned int id, const wchar_t* marker, ZQRect& rect, float range) {
-    Append(m_timeGauges, new (std::nothrow) ZQDialogTimeGauge(m_sprite, id, marker, rect, range, GetResponse()));
+    AddTimeGauge(id, marker, nullptr, rect, range);
 }
 
 void ZQDialog::AddTimeGauge(unsigned int id, const wchar_t* marker, const wchar_t* background, ZQRect& rect,
                             float range) {
     Append(m_timeGauges,
-           new (std::nothrow) ZQDialogTimeGauge(m_sprite, id, marker, background, rect, range, GetResponse()));
+           NewGauge<ZQDialogTimeGauge>(m_animate, m_sprite, id, marker, background, rect, range, GetResponse()));
 }
 
 ZQDialogStatic* ZQDialog::GetStatic(unsigned int id) {

@@ -1,12 +1,17 @@
 #include "ZQ/dialog/ZQDialogEditBox.h"
 
 #include "ZQ/core/ZQLock.h"
+#include "src/dialog/ZQTextTarget.h"
+
+#include <imm.h>
+
+#include <new>
 
 namespace ZQ {
 
 ZQDialogEditBox::ZQDialogEditBox(ZQSprite* sprite, unsigned int id, ID3DXFont* font, ZQRect& rect, D3DXCOLOR& colour,
                                  unsigned long format)
-    : m_sprite(sprite), m_font(font), m_format(format), m_rect(rect), m_colour(colour), m_id(id) {
+    : m_sprite(sprite), m_target(nullptr), m_font(font), m_format(format), m_rect(rect), m_colour(colour), m_id(id) {
     InitializeCriticalSection(&m_lock);
     D3DXFONT_DESCW desc = {};
     // A font that reports no character width gives no room rather than a division by zero.
@@ -16,9 +21,13 @@ ZQDialogEditBox::ZQDialogEditBox(ZQSprite* sprite, unsigned int id, ID3DXFont* f
         if (m_rect.bottom - m_rect.top < static_cast<float>(desc.Height))
             m_rect.bottom = m_rect.top + static_cast<float>(desc.Height);
     }
+    const int width = static_cast<int>(m_rect.right - m_rect.left), height = static_cast<int>(m_rect.bottom - m_rect.top);
+    m_inside = ZQRect(0.0f, 0.0f, static_cast<float>(width), static_cast<float>(height));
+    m_target = new (std::nothrow) ZQTextTarget(sprite ? sprite->Getd3dDevice() : nullptr, width, height);
 }
 
 ZQDialogEditBox::~ZQDialogEditBox() {
+    delete m_target;
     DeleteCriticalSection(&m_lock);
 }
 
@@ -120,18 +129,98 @@ unsigned int ZQDialogEditBox::GetId() {
     return m_id;
 }
 
-LRESULT ZQDialogEditBox::OnMsgProc(HWND, UINT msg, WPARAM, LPARAM, bool*, void*) {
+void ZQDialogEditBox::Append(wchar_t c) {
+    if (static_cast<int>(m_committed.size() + m_composition.size()) >= m_maxLength)
+        return;
+    const wchar_t text[2] = {c, L'\0'};
+    m_committed += text;
+}
+
+void ZQDialogEditBox::OnChar(HWND hWnd, wchar_t c) {
+    HIMC context = ImmGetContext(hWnd);
+    DWORD conversion = 0, sentence = 0;
+    if (ImmGetConversionStatus(context, &conversion, &sentence)) {
+        const bool native = (conversion & IME_CMODE_NATIVE) != 0;
+        if (c == 8) {
+            m_committed.backspace();
+        } else if (c == 9 || c == 13) {
+            // Tab and Return move the dialog's focus.
+        } else if (c >= 32 && c <= 64) {
+            Append(c);
+        } else if (c < 32) {
+            if (!native) // control characters are deliberately let through
+                Append(c);
+        } else if ((c >= 65 && c <= 90) || (c >= 97 && c <= 122)) {
+            if (!native) // in native mode letters go to the composition
+                Append(c);
+        } else if (c <= 127) {
+            Append(c);
+        } else if (c != 44397 && !native) { // U+AD6D is always refused
+            Append(c);
+        }
+    }
+    ImmReleaseContext(hWnd, context);
+}
+
+void ZQDialogEditBox::OnComposition(HWND hWnd, LPARAM parts) {
+    HIMC context = ImmGetContext(hWnd);
+    // Far off the screen, so that only the box shows the composition.
+    COMPOSITIONFORM form = {};
+    form.dwStyle = CFS_POINT;
+    form.ptCurrentPos.x = 3000;
+    form.ptCurrentPos.y = 3000;
+    ImmSetCompositionWindow(context, &form);
+    wchar_t text[257] = {};
+    if (parts & GCS_COMPSTR) {
+        const LONG bytes = ImmGetCompositionStringW(context, GCS_COMPSTR, text, 512);
+        text[bytes > 0 ? bytes / 2 : 0] = L'\0';
+        m_composition.clear();
+        m_composition += text;
+    } else if (parts & GCS_RESULTSTR) {
+        const LONG bytes = ImmGetCompositionStringW(context, GCS_RESULTSTR, text, 512);
+        text[bytes > 0 ? bytes / 2 : 0] = L'\0';
+        m_committed += text; // the maximum length is not checked for what the input method commits
+        m_composition.clear();
+    }
+    ImmReleaseContext(hWnd, context);
+}
+
+LRESULT ZQDialogEditBox::OnMsgProc(HWND hWnd, UINT msg, WPARAM wParam, LPARAM lParam, bool*, void*) {
+    ZQLock lock(&m_lock);
+    if (!m_acquired || m_disabled || (msg != WM_CHAR && msg != WM_IME_COMPOSITION))
+        return msg;
+    if (msg == WM_CHAR)
+        OnChar(hWnd, static_cast<wchar_t>(LOWORD(wParam)));
+    else
+        OnComposition(hWnd, lParam);
+    Convert_NoLock(true);
     return msg;
 }
 
 HRESULT ZQDialogEditBox::OnResetDevice(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*) {
-    return S_OK;
+    ZQLock lock(&m_lock);
+    return m_target ? m_target->OnResetDevice() : E_OUTOFMEMORY;
 }
 
-void ZQDialogEditBox::OnLostDevice(void*) {}
+void ZQDialogEditBox::OnLostDevice(void*) {
+    ZQLock lock(&m_lock);
+    if (m_target)
+        m_target->OnLostDevice();
+}
 
-void ZQDialogEditBox::OnFrameMove(IDirect3DDevice9*, double, float, void*) {}
+void ZQDialogEditBox::OnFrameMove(IDirect3DDevice9*, double, float, void*) {
+    ZQLock lock(&m_lock);
+    if (!m_font || !m_target || !m_target->Begin())
+        return;
+    m_target->DrawText(m_font, m_display, m_inside, m_format, m_colour, m_shadowOffset, m_shadowColour);
+    m_target->End();
+}
 
-void ZQDialogEditBox::OnFrameRender(IDirect3DDevice9*, double, float, void*) {}
+void ZQDialogEditBox::OnFrameRender(IDirect3DDevice9*, double, float, void*) {
+    ZQLock lock(&m_lock);
+    D3DXVECTOR3 corner(m_rect.left, m_rect.top, 0.0f);
+    if (m_target)
+        m_target->Draw(m_sprite, corner, m_colour);
+}
 
 } // namespace ZQ

@@ -1,6 +1,7 @@
 #include "ZQ/dialog/ZQDialogListBox.h"
 
 #include "ZQ/core/ZQLock.h"
+#include "src/dialog/ZQTextTarget.h"
 
 #include <new>
 
@@ -12,7 +13,10 @@ struct ZQDialogListBox::Line {
 };
 
 ZQDialogListBox::ZQDialogListBox(ZQSprite* sprite, unsigned int id, ID3DXFont* font, ZQRect& rect)
-    : m_sprite(sprite), m_font(font), m_rect(rect), m_id(id) {
+    : m_target(new (std::nothrow) ZQTextTarget(sprite ? sprite->Getd3dDevice() : nullptr,
+                                               static_cast<int>(rect.right - rect.left),
+                                               static_cast<int>(rect.bottom - rect.top))),
+      m_sprite(sprite), m_font(font), m_rect(rect), m_id(id) {
     InitializeCriticalSection(&m_lock);
     D3DXFONT_DESCW desc = {};
     if (font && SUCCEEDED(font->GetDescW(&desc)) && desc.Height > 0) {
@@ -23,6 +27,7 @@ ZQDialogListBox::ZQDialogListBox(ZQSprite* sprite, unsigned int id, ID3DXFont* f
 
 ZQDialogListBox::~ZQDialogListBox() {
     DeleteLines(m_lines.size());
+    delete m_target;
     DeleteCriticalSection(&m_lock);
 }
 
@@ -59,6 +64,8 @@ const wchar_t* ZQDialogListBox::GetText(unsigned int index) {
 void ZQDialogListBox::Clear() {
     ZQLock lock(&m_lock);
     DeleteLines(m_lines.size());
+    if (m_target)
+        m_target->Clear();
 }
 
 void ZQDialogListBox::SetShadow(int offset, D3DXCOLOR& colour) {
@@ -82,13 +89,44 @@ unsigned int ZQDialogListBox::GetId() {
 }
 
 HRESULT ZQDialogListBox::OnResetDevice(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*) {
-    return S_OK;
+    ZQLock lock(&m_lock);
+    return m_target ? m_target->OnResetDevice() : E_OUTOFMEMORY;
 }
 
-void ZQDialogListBox::OnLostDevice(void*) {}
+void ZQDialogListBox::OnLostDevice(void*) {
+    ZQLock lock(&m_lock);
+    if (m_target)
+        m_target->OnLostDevice();
+}
 
-void ZQDialogListBox::OnFrameMove(IDirect3DDevice9*, double, float, void*) {}
+// Band 0 is the top line-height strip of the texture.
+void ZQDialogListBox::DrawLine(const Line& line, int band) {
+    const float top = static_cast<float>(band * m_lineHeight);
+    ZQRect where(0.0f, top, m_rect.right - m_rect.left, top + static_cast<float>(m_lineHeight));
+    m_target->DrawText(m_font, line.text, where, DT_VCENTER, line.colour, m_shadowOffset, m_shadowColour);
+}
 
-void ZQDialogListBox::OnFrameRender(IDirect3DDevice9*, double, float, void*) {}
+void ZQDialogListBox::OnFrameMove(IDirect3DDevice9*, double, float, void*) {
+    ZQLock lock(&m_lock);
+    const int count = static_cast<int>(m_lines.size());
+    if (count == 0 || !m_font || !m_target || !m_target->Begin())
+        return;
+    if (count < m_visibleLines) {
+        for (int i = 0; i < count; ++i)
+            DrawLine(*static_cast<Line*>(m_lines[i]), i);
+    } else {
+        for (int band = 0; band < m_visibleLines; ++band)
+            DrawLine(*static_cast<Line*>(m_lines[count - m_visibleLines + band]), band);
+    }
+    m_target->End();
+}
+
+void ZQDialogListBox::OnFrameRender(IDirect3DDevice9*, double, float, void*) {
+    ZQLock lock(&m_lock);
+    D3DXVECTOR3 corner(m_rect.left, m_rect.top, 0.0f);
+    D3DXCOLOR white(1.0f, 1.0f, 1.0f, 1.0f);
+    if (m_target)
+        m_target->Draw(m_sprite, corner, white);
+}
 
 } // namespace ZQ

@@ -126,10 +126,23 @@ float ZQDialogProgress::Fraction() const {
     return m_value / m_full;
 }
 
-void ZQDialogProgress::OnFrameMove(IDirect3DDevice9*, double, float, void*) {
+void ZQDialogProgress::Step(float step) {
+    ZQLock lock(&m_lock);
+    m_value += step;
+    if (m_value < 0.0f)
+        m_value = 0.0f;
+}
+
+void ZQDialogProgress::OnFrameMove(IDirect3DDevice9*, double, float elapsed, void*) {
+    Move(elapsed, false);
+}
+
+void ZQDialogProgress::Move(float elapsed, bool timed) {
     ZQLock lock(&m_lock);
     if (m_disabled)
         return;
+    if (timed)
+        m_value += elapsed;
     if (Fraction() >= 1.0f) {
         m_value = m_full;
         if (!m_finished && GetResponse()) {

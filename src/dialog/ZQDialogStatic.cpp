@@ -1,18 +1,27 @@
 #include "ZQ/dialog/ZQDialogStatic.h"
 
 #include "ZQ/core/ZQLock.h"
+#include "src/dialog/ZQTextTarget.h"
+
+#include <new>
 
 namespace ZQ {
 
 ZQDialogStatic::ZQDialogStatic(ZQSprite* sprite, unsigned int id, ID3DXFont* font, const wchar_t* text, ZQRect& rect,
                                D3DXCOLOR& colour, unsigned long format)
-    : m_sprite(sprite), m_font(font), m_format(format), m_position(rect.left, rect.top, 0.0f), m_colour(colour),
-      m_rect(rect), m_id(id) {
+    : m_target(new (std::nothrow) ZQTextTarget(sprite ? sprite->Getd3dDevice() : nullptr,
+                                               static_cast<int>(rect.right - rect.left),
+                                               static_cast<int>(rect.bottom - rect.top))),
+      m_sprite(sprite), m_font(font), m_format(format), m_position(rect.left, rect.top, 0.0f), m_colour(colour),
+      m_rect(0.0f, 0.0f, static_cast<float>(static_cast<int>(rect.right - rect.left)),
+             static_cast<float>(static_cast<int>(rect.bottom - rect.top))),
+      m_id(id) {
     InitializeCriticalSection(&m_lock);
     m_text = text;
 }
 
 ZQDialogStatic::~ZQDialogStatic() {
+    delete m_target;
     DeleteCriticalSection(&m_lock);
 }
 
@@ -70,13 +79,28 @@ unsigned int ZQDialogStatic::GetId() {
 }
 
 HRESULT ZQDialogStatic::OnResetDevice(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*) {
-    return S_OK;
+    ZQLock lock(&m_lock);
+    return m_target ? m_target->OnResetDevice() : E_OUTOFMEMORY;
 }
 
-void ZQDialogStatic::OnLostDevice(void*) {}
+void ZQDialogStatic::OnLostDevice(void*) {
+    ZQLock lock(&m_lock);
+    if (m_target)
+        m_target->OnLostDevice();
+}
 
-void ZQDialogStatic::OnFrameMove(IDirect3DDevice9*, double, float, void*) {}
+void ZQDialogStatic::OnFrameMove(IDirect3DDevice9*, double, float, void*) {
+    ZQLock lock(&m_lock);
+    if (!m_visible || !m_font || !m_target || !m_target->Begin())
+        return;
+    m_target->DrawText(m_font, m_text, m_rect, m_format, m_colour, m_shadowOffset, m_shadowColour);
+    m_target->End();
+}
 
-void ZQDialogStatic::OnFrameRender(IDirect3DDevice9*, double, float, void*) {}
+void ZQDialogStatic::OnFrameRender(IDirect3DDevice9*, double, float, void*) {
+    ZQLock lock(&m_lock);
+    if (m_visible && m_target)
+        m_target->Draw(m_sprite, m_position, m_colour);
+}
 
 } // namespace ZQ

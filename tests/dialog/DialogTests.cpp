@@ -1,11 +1,5 @@
 // Dialogs driven with the frame's mouse reports: events, pictures drawn and sounds played.
-#include "twod/TextureTestSupport.h"
-
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <string>
-#include <vector>
+#include "dialog/DialogTestSupport.h"
 
 using twodtest::BackBufferPixel;
 using twodtest::BeginFrame;
@@ -13,57 +7,13 @@ using twodtest::Device;
 using twodtest::EndFrame;
 using twodtest::Near;
 using ZQ::ZQDialog;
+using namespace dialogtest;
 
 namespace {
 
 const D3DCOLOR kRed = D3DCOLOR_XRGB(255, 0, 0), kGreen = D3DCOLOR_XRGB(0, 255, 0), kBlue = D3DCOLOR_XRGB(0, 0, 255),
                kWhite = D3DCOLOR_XRGB(255, 255, 255), kBlack = D3DCOLOR_XRGB(0, 0, 0), kGrey = D3DCOLOR_XRGB(128, 128, 128),
                kYellow = D3DCOLOR_XRGB(255, 255, 0);
-
-std::wstring TempFile(const wchar_t* name) {
-    wchar_t folder[MAX_PATH];
-    GetTempPathW(MAX_PATH, folder);
-    return std::wstring(folder) + name;
-}
-
-std::wstring SoundFile(const wchar_t* name) {
-    std::wstring path = L"Z:";
-    for (const wchar_t* c = _wgetenv(L"ZQ_TEST_SOUNDS"); c && *c; ++c)
-        path += *c == L'/' ? L'\\' : *c;
-    return path + L"\\" + name;
-}
-
-// A 32 x 32 picture of one colour; with hole, its left half is fully transparent.
-void AddPicture(ZQ::ZQSprite& sprite, const wchar_t* name, D3DCOLOR colour, bool hole = false) {
-    IDirect3DTexture9* texture = nullptr;
-    D3DLOCKED_RECT locked;
-    ASSERT_EQ(D3DXCreateTexture(Device(), 32, 32, 1, 0, D3DFMT_A8R8G8B8, D3DPOOL_MANAGED, &texture), S_OK);
-    ASSERT_EQ(texture->LockRect(0, &locked, nullptr, 0), S_OK);
-    for (int y = 0; y < 32; ++y)
-        for (int x = 0; x < 32; ++x)
-            reinterpret_cast<D3DCOLOR*>(static_cast<char*>(locked.pBits) + y * locked.Pitch)[x] =
-                hole && x < 16 ? 0 : colour;
-    texture->UnlockRect(0);
-    const std::wstring file = TempFile((std::wstring(name) + L".png").c_str());
-    ASSERT_EQ(D3DXSaveTextureToFileW(file.c_str(), D3DXIFF_PNG, texture, nullptr), S_OK);
-    texture->Release();
-    sprite.Entry(name, file.c_str(), false);
-}
-
-// Records events; optionally runs an action from inside OnEvent.
-struct Recorder : ZQ::_ZQResponseDialog_tag {
-    struct Event {
-        unsigned int id;
-        int a, b;
-    };
-    std::vector<Event> events;
-    std::function<void(unsigned int)> onEvent;
-    void __stdcall OnEvent(unsigned int id, int a, int b) override {
-        events.push_back({id, a, b});
-        if (onEvent)
-            onEvent(id);
-    }
-};
 
 class DialogTest : public ::testing::Test {
 protected:

@@ -8,7 +8,9 @@ using twodtest::BeginFrame;
 using twodtest::Data;
 using twodtest::Device;
 using twodtest::EndFrame;
+using twodtest::LitPixels;
 using twodtest::Near;
+using twodtest::Resize;
 using ZQ::ZQCursor;
 using ZQ::ZQFont;
 
@@ -17,28 +19,10 @@ namespace {
 const D3DCOLOR kRed = D3DCOLOR_XRGB(255, 0, 0), kWhite = D3DCOLOR_XRGB(255, 255, 255),
                kBlack = D3DCOLOR_XRGB(0, 0, 0);
 
-// Pixels of the back buffer copy inside r that are not black.
-int LitPixels(const RECT& r) {
-    int lit = 0;
-    for (int y = r.top; y < r.bottom; ++y)
-        for (int x = r.left; x < r.right; ++x)
-            lit += (BackBufferPixel(x, y) & 0xFFFFFF) != 0;
-    return lit;
-}
-
 int TextHeight(ZQFont& font, int id = -1) {
     RECT r = {0, 0, 300, 200};
     return id < 0 ? font.DrawTextW(nullptr, L"Ag", -1, &r, DT_CALCRECT, 0xFFFFFFFF)
                   : font.DrawTextW(id, nullptr, L"Ag", -1, &r, DT_CALCRECT, 0xFFFFFFFF);
-}
-
-void Resize(int width, int height) {
-    HWND hWnd = App()->GethWnd();
-    RECT frame = {0, 0, width, height};
-    AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongW(hWnd, GWL_STYLE)), FALSE,
-                       static_cast<DWORD>(GetWindowLongW(hWnd, GWL_EXSTYLE)));
-    SetWindowPos(hWnd, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
-                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 } // namespace

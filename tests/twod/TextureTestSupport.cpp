@@ -148,6 +148,23 @@ D3DCOLOR BackBufferPixel(int x, int y) {
     return index < g_frame.size() ? (g_frame[index] | 0xFF000000) : 0xDEADBEEF;
 }
 
+int LitPixels(const RECT& r) {
+    int lit = 0;
+    for (int y = r.top; y < r.bottom; ++y)
+        for (int x = r.left; x < r.right; ++x)
+            lit += (BackBufferPixel(x, y) & 0xFFFFFF) != 0;
+    return lit;
+}
+
+void Resize(int width, int height) {
+    HWND hWnd = App()->GethWnd();
+    RECT frame = {0, 0, width, height};
+    AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongW(hWnd, GWL_STYLE)), FALSE,
+                       static_cast<DWORD>(GetWindowLongW(hWnd, GWL_EXSTYLE)));
+    SetWindowPos(hWnd, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 bool Near(D3DCOLOR a, D3DCOLOR b, int tolerance) {
     for (int shift = 0; shift < 32; shift += 8) {
         const int difference = static_cast<int>(a >> shift & 0xFF) - static_cast<int>(b >> shift & 0xFF);

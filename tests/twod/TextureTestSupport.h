@@ -39,6 +39,10 @@ void BeginFrame();
 void EndFrame();
 /// The X8R8G8B8 pixel of the back buffer copy (alpha forced to 0xFF).
 D3DCOLOR BackBufferPixel(int x, int y);
+/// Pixels of the back buffer copy inside r that are not black.
+int LitPixels(const RECT& r);
+/// Resizes the window's client area (the device resets to it when the frame sees the change).
+void Resize(int width, int height);
 /// Each channel within tolerance.
 bool Near(D3DCOLOR a, D3DCOLOR b, int tolerance = 2);
 

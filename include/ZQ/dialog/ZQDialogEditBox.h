@@ -6,13 +6,17 @@
 
 namespace ZQ {
 
-/// A one-line text input of a dialog. Text is only appended and removed from the end; the box that has
-/// the focus shows the caret "|" after its text. Sends no events. In this version it keeps its text,
-/// caret and focus but neither draws nor takes typing.
+class ZQTextTarget;
+
+/// A one-line text input of a dialog, typed into with the keyboard and the input method. Text is only
+/// appended and removed from the end (Backspace, on committed text only); the box that has the focus
+/// shows the caret "|" after its text. Drawn like a static, through a texture of the rectangle's size
+/// at its top-left corner, optionally masked with "*" and shadowed. Sends no events.
 class ZQ_API ZQDialogEditBox {
 public:
-    /// The maximum length is the rectangle's width in the font's characters, less one; a rectangle lower
-    /// than the font is made as high as the font.
+    /// The maximum length is the rectangle's width in the font's characters (its description's Width),
+    /// less one: a font made with width 0 lets nothing be typed. A rectangle lower than the font is made
+    /// as high as the font.
     ZQDialogEditBox(ZQSprite* sprite, unsigned int id, ID3DXFont* font, ZQRect& rect, D3DXCOLOR& colour,
                     unsigned long format);
     ZQDialogEditBox(const ZQDialogEditBox&) = delete;
@@ -43,18 +47,31 @@ public:
     void Convert_NoLock(bool withCaret);
     unsigned int GetId();
 
-    /// Returns the message number it was given.
+    /// With the focus and enabled: WM_CHAR appends a character the conversion mode lets through (in
+    /// native mode letters and other characters above 127 belong to the input method; U+AD6D is always
+    /// refused) or removes the last committed one (Backspace); WM_IME_COMPOSITION takes the input
+    /// method's composition or commits its result. Returns the message number it was given.
     LRESULT OnMsgProc(HWND hWnd, UINT msg, WPARAM wParam, LPARAM lParam, bool* noFurtherProcessing, void* context);
+    /// Remake and release the texture; forward the scene's callbacks.
     HRESULT OnResetDevice(IDirect3DDevice9* device, const D3DSURFACE_DESC* backBuffer, void* context);
     void OnLostDevice(void* context);
+    /// Draws the display text into the texture, its shadow first.
     void OnFrameMove(IDirect3DDevice9* device, double time, float elapsed, void* context);
+    /// Draws the texture in the text colour.
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
 
 private:
+    void OnChar(HWND hWnd, wchar_t c);
+    void OnComposition(HWND hWnd, LPARAM parts);
+    /// Appends c when the committed and composed text together are shorter than the maximum.
+    void Append(wchar_t c);
+
     ZQSprite* m_sprite;
+    ZQTextTarget* m_target; ///< the texture, its surface, the render-to-surface object and the text sprite
     ID3DXFont* m_font;
     unsigned long m_format;
-    ZQRect m_rect;
+    ZQRect m_rect;   ///< on the screen
+    ZQRect m_inside; ///< the same size at the texture's top-left corner
     ZQString m_display, m_full, m_composition, m_committed;
     D3DXCOLOR m_colour, m_shadowColour = D3DXCOLOR(0.0f, 0.0f, 0.0f, 1.0f);
     bool m_disabled = false, m_acquired = false, m_password = false;

@@ -7,8 +7,11 @@
 
 namespace ZQ {
 
-/// A text log of coloured lines: the newest lines that fit are shown, one per font height. Takes no
-/// input and sends no events. In this version it keeps its lines but draws nothing.
+class ZQTextTarget;
+
+/// A text log of coloured lines: the newest lines that fit are shown, one per font height, the newest
+/// in the last band. Drawn like a static, through a texture of the rectangle's size at its top-left
+/// corner. Takes no input and sends no events.
 class ZQ_API ZQDialogListBox {
 public:
     ZQDialogListBox(ZQSprite* sprite, unsigned int id, ID3DXFont* font, ZQRect& rect);
@@ -20,21 +23,27 @@ public:
     void SetText(const wchar_t* text, D3DXCOLOR& colour);
     /// Line index (0 the oldest kept), or null past the last.
     const wchar_t* GetText(unsigned int index);
+    /// Deletes every line and clears the texture.
     void Clear();
     void SetShadow(int offset, D3DXCOLOR& colour);
     void SetDisable(bool disable);
     bool GetDisable();
     unsigned int GetId();
 
+    /// Remake and release the texture; forward the scene's callbacks.
     HRESULT OnResetDevice(IDirect3DDevice9* device, const D3DSURFACE_DESC* backBuffer, void* context);
     void OnLostDevice(void* context);
+    /// Draws the lines into the texture (nothing while there is none).
     void OnFrameMove(IDirect3DDevice9* device, double time, float elapsed, void* context);
+    /// Draws the texture in white.
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
 
 private:
     struct Line;
     void DeleteLines(unsigned int count);
+    void DrawLine(const Line& line, int band);
 
+    ZQTextTarget* m_target; ///< the texture, its surface, the render-to-surface object and the text sprite
     ZQSprite* m_sprite;
     ID3DXFont* m_font;
     ZQRect m_rect;

@@ -37,8 +37,16 @@ public:
     D3DXVECTOR3 Delta();
     unsigned int GetId();
 
-    void OnFrameMove(IDirect3DDevice9* device, double time, float elapsed, void* context);
+    /// Clamps the value at the full value, reports, places the tip; nothing while disabled.
+    virtual void OnFrameMove(IDirect3DDevice9* device, double time, float elapsed, void* context);
+    /// The background, then the filled part of the bar, when visible.
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
+
+protected:
+    /// One frame's move: the value grows by elapsed first when timed.
+    void Move(float elapsed, bool timed);
+    /// Adds step to the value; a result below 0 becomes 0.
+    void Step(float step);
 
 private:
     void CopyFrom(const ZQDialogProgress& other);

@@ -6,8 +6,11 @@
 
 namespace ZQ {
 
-/// A line of text of a dialog, in a font the caller keeps, optionally with a drop shadow. Sends no
-/// events. In this version it keeps its text and state but draws nothing.
+class ZQTextTarget;
+
+/// A line of text of a dialog, in a font the caller keeps, optionally with a drop shadow. Each frame
+/// the text is drawn into a texture of the rectangle's size, which is then drawn at the position
+/// (first the rectangle's top-left corner). Sends no events.
 class ZQ_API ZQDialogStatic {
 public:
     ZQDialogStatic(ZQSprite* sprite, unsigned int id, ID3DXFont* font, const wchar_t* text, ZQRect& rect,
@@ -17,7 +20,7 @@ public:
     virtual ~ZQDialogStatic();
 
     void SetText(const wchar_t* text, D3DXCOLOR& colour);
-    /// offset 0 draws no shadow.
+    /// offset 0 draws no shadow; a negative one puts it up and to the left.
     void SetShadow(int offset, D3DXCOLOR& colour);
     void SetPos(D3DXVECTOR3 position);
     D3DXVECTOR3 GetPos();
@@ -30,19 +33,23 @@ public:
     D3DXCOLOR GetColor();
     unsigned int GetId();
 
+    /// Remake and release the texture; forward the scene's callbacks.
     HRESULT OnResetDevice(IDirect3DDevice9* device, const D3DSURFACE_DESC* backBuffer, void* context);
     void OnLostDevice(void* context);
+    /// Draws the text into the texture, when visible.
     void OnFrameMove(IDirect3DDevice9* device, double time, float elapsed, void* context);
+    /// Draws the texture at the position in the text colour, when visible.
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
 
 private:
+    ZQTextTarget* m_target; ///< the texture, its surface, the render-to-surface object and the text sprite
     ZQSprite* m_sprite;
     ID3DXFont* m_font;
     unsigned long m_format;
     D3DXVECTOR3 m_position;
     D3DXCOLOR m_colour, m_shadowColour = D3DXCOLOR(0.0f, 0.0f, 0.0f, 1.0f);
     ZQString m_text;
-    ZQRect m_rect;
+    ZQRect m_rect; ///< where the text lies in the texture: the whole texture
     bool m_disabled = false, m_visible = true;
     int m_shadowOffset = 0;
     CRITICAL_SECTION m_lock;

@@ -1,61 +1,27 @@
 #pragma once
-#include "ZQ/core/ZQConfig.h"
-#include "ZQ/core/ZQRect.h"
-#include "ZQ/core/ZQString.h"
-#include "ZQ/dialog/ZQResponseDialog.h"
-#include "ZQ/twod/ZQSprite.h"
+#include "ZQ/dialog/ZQDialogProgress.h"
 
 namespace ZQ {
 
-/// A chunk drawn from 0 to 100 % of its extent in one direction (1 left to right, 2 right to left,
-/// 4 bottom to top, 8 top to bottom, anything else diagonal) over an optional background chunk.
-/// Fills itself with time: the full value is a duration in seconds, each frame adds its elapsed time. Sends OnEvent(id, 0, 0) once when full, until Reset.
-class ZQ_API ZQDialogTimeBar : public ZQDialogResponseEvent {
+/// A progress bar that fills itself with time: its full value is a duration in seconds (fTime) and
+/// each frame adds its elapsed seconds. Everything else is the progress bar's, under the names below.
+class ZQ_API ZQDialogTimeBar : public ZQDialogProgress {
 public:
     /// background may be null (nothing drawn under the bar).
     ZQDialogTimeBar(ZQSprite* sprite, unsigned int id, const wchar_t* bar, const wchar_t* background,
-         D3DXVECTOR3& barPosition, D3DXVECTOR3& backgroundPosition, float fTime, unsigned long direction,
-         _ZQResponseDialog_tag* response);
-    ZQDialogTimeBar(const ZQDialogTimeBar& other);
-    ZQDialogTimeBar& operator=(const ZQDialogTimeBar& other);
-    virtual ~ZQDialogTimeBar();
+                    D3DXVECTOR3& barPosition, D3DXVECTOR3& backgroundPosition, float fTime, unsigned long direction,
+                    _ZQResponseDialog_tag* response);
 
-    void SetfElapsedTime(float value);
-    float GetfElapsedTime();
-    void SetfTime(float value);
-    float GetfTime();
-    /// Adds step to the value; a result below 0 becomes 0.
-    void SetStep(float step);
-    /// Replaces the names; a null bar or background name leaves that name as it is.
-    void SetSprite(const wchar_t* bar, const wchar_t* background);
-    void SetVisible(bool visible);
-    bool GetVisible();
-    /// Acts only on a change: half alpha when disabled; a disabled bar is frozen.
-    void SetDisable(bool disable);
-    bool GetDisable();
-    /// Value 0, visible, full alpha, enabled, and the end may be reported again.
-    void Reset();
-    /// The tip of the bar, where the drawn part ends.
-    D3DXVECTOR3 Delta();
-    unsigned int GetId();
+    /// The seconds counted so far.
+    void SetfElapsedTime(float value) { SetPos(value); }
+    float GetfElapsedTime() { return GetPos(); }
+    /// The duration.
+    void SetfTime(float value) { SetRange(value); }
+    float GetfTime() { return GetRange(); }
+    /// Adds step seconds; a result below 0 becomes 0 (no upper clamp here).
+    void SetStep(float step) { Step(step); }
 
-    void OnFrameMove(IDirect3DDevice9* device, double time, float elapsed, void* context);
-    void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
-
-private:
-    void CopyFrom(const ZQDialogTimeBar& other);
-    float Fraction() const;
-
-    ZQSprite* m_sprite;
-    ZQString m_bar, m_background;
-    ZQRect m_barRect;
-    float m_full, m_value = 0.0f;
-    D3DXVECTOR3 m_tip = D3DXVECTOR3(0.0f, 0.0f, 0.0f), m_barPosition, m_backgroundPosition;
-    D3DXCOLOR m_colour = D3DXCOLOR(1.0f, 1.0f, 1.0f, 1.0f);
-    bool m_disabled = false, m_visible = true, m_finished = false;
-    unsigned long m_direction;
-    CRITICAL_SECTION m_lock;
-    unsigned int m_id;
+    void OnFrameMove(IDirect3DDevice9* device, double time, float elapsed, void* context) override;
 };
 
 } // namespace ZQ

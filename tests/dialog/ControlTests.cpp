@@ -1,0 +1,400 @@
+// The passive and timed controls and the edit box: typing and the input method through the frame's
+// window, text drawn through the controls' own textures, bars and gauges reporting, numbers drawn.
+#include "dialog/DialogTestSupport.h"
+
+#include <imm.h>
+
+#include <algorithm>
+#include <memory>
+
+using twodtest::App;
+using twodtest::BackBufferPixel;
+using twodtest::BeginFrame;
+using twodtest::Device;
+using twodtest::EndFrame;
+using twodtest::LitPixels;
+using twodtest::Near;
+using ZQ::ZQDialog;
+using ZQ::ZQRect;
+using namespace dialogtest;
+
+namespace {
+
+const D3DCOLOR kDigitColours[10] = {0xFF400000, 0xFF800000, 0xFFC00000, 0xFF004000, 0xFF008000,
+                                    0xFF00C000, 0xFF000040, 0xFF000080, 0xFF0000C0, 0xFF808080};
+
+// The bounding box of the lit pixels inside r.
+RECT LitBox(const RECT& r) {
+    RECT box = {r.right, r.bottom, r.left, r.top};
+    for (int y = r.top; y < r.bottom; ++y)
+        for (int x = r.left; x < r.right; ++x)
+            if ((BackBufferPixel(x, y) & 0xFFFFFF) != 0) {
+                box.left = std::min<LONG>(box.left, x);
+                box.top = std::min<LONG>(box.top, y);
+                box.right = std::max<LONG>(box.right, x + 1);
+                box.bottom = std::max<LONG>(box.bottom, y + 1);
+            }
+    return box;
+}
+
+// Pixels inside r that are mostly red (or, with green, mostly green).
+int Tinted(const RECT& r, bool green) {
+    int count = 0;
+    for (int y = r.top; y < r.bottom; ++y)
+        for (int x = r.left; x < r.right; ++x) {
+            const D3DCOLOR c = BackBufferPixel(x, y);
+            const int red = c >> 16 & 0xFF, greenness = c >> 8 & 0xFF;
+            count += green ? greenness > 120 && red < 60 : red > 120 && greenness < 60;
+        }
+    return count;
+}
+
+class ControlTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        sprite = new ZQ::ZQSprite(Device());
+        AddPicture(*sprite, L"bar", D3DCOLOR_XRGB(255, 0, 0));
+        AddPicture(*sprite, L"marker", D3DCOLOR_XRGB(0, 255, 0), false, 8);
+        for (int i = 0; i < 10; ++i) {
+            wchar_t name[8];
+            swprintf(name, 8, L"d%02d", i);
+            AddPicture(*sprite, name, kDigitColours[i], false, 8);
+        }
+        // The edit box's room is counted in this width: 10 pixels a character.
+        D3DXCreateFontW(Device(), 20, 10, FW_BOLD, 1, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, DEFAULT_QUALITY,
+                        DEFAULT_PITCH, L"Arial", &font);
+        D3DDEVICE_CREATION_PARAMETERS parameters;
+        Device()->GetCreationParameters(&parameters);
+        window = parameters.hFocusWindow;
+    }
+    static void TearDownTestSuite() {
+        font->Release();
+        delete sprite;
+    }
+
+    // Window messages reach the dialog the way a scene forwards them.
+    void Route(ZQDialog* dialog) {
+        ZQ::ZQDirect3d* frame = ZQ::ZQDirect3d::m_pDirect3d;
+        frame->SetWindowMsgFuncUserContext(dialog);
+        frame->SetWindowMsgFunc(dialog ? &ToDialog : nullptr);
+    }
+    static LRESULT CALLBACK ToDialog(HWND hWnd, UINT msg, WPARAM wParam, LPARAM lParam, bool* done, void* context) {
+        static_cast<ZQDialog*>(context)->OnMsgProc(hWnd, msg, wParam, lParam, done, nullptr);
+        return 0;
+    }
+    void SetNative(bool native) {
+        HIMC context = ImmGetContext(window);
+        ImmSetOpenStatus(context, TRUE);
+        DWORD conversion = 0, sentence = 0;
+        ImmGetConversionStatus(context, &conversion, &sentence);
+        ImmSetConversionStatus(context, native ? IME_CMODE_NATIVE : IME_CMODE_ALPHANUMERIC, sentence);
+        ImmReleaseContext(window, context);
+    }
+    void Type(const std::wstring& text) {
+        for (wchar_t c : text)
+            SendMessageW(window, WM_CHAR, c, 0);
+    }
+    void Frame(ZQDialog& dialog) {
+        dialog.OnFrameMove(Device(), 0.0, 0.0f, nullptr);
+        BeginFrame();
+        dialog.OnFrameRender(Device(), 0.0, 0.0f, nullptr);
+        EndFrame();
+    }
+
+    static ZQ::ZQSprite* sprite;
+    static ID3DXFont* font;
+    static HWND window;
+    Recorder recorder;
+    D3DXCOLOR white = D3DXCOLOR(1.0f, 1.0f, 1.0f, 1.0f);
+};
+
+ZQ::ZQSprite* ControlTest::sprite = nullptr;
+ID3DXFont* ControlTest::font = nullptr;
+HWND ControlTest::window = nullptr;
+
+} // namespace
+
+TEST_F(ControlTest, TypedCharactersPassTheConversionModesFilter) {
+    const std::wstring mixed = L"aZ5 @[`{~\x01\x00e9\xAD6D\t\r";
+    struct Case {
+        const char* name;
+        bool native;
+        float width; // 10 pixels a character, less one for the caret
+        std::wstring typed, expected;
+    } cases[] = {
+        {"alphanumeric", false, 300.0f, mixed, L"aZ5 @[`{~\x01\x00e9"},
+        {"native: letters, control and wide characters belong to the input method", true, 300.0f, mixed,
+         L"5 @[`{~"},
+        {"backspace on committed text, also on none", false, 300.0f, L"\babc\bd", L"abd"},
+        {"room for five characters", false, 60.0f, L"abcdefg", L"abcde"},
+    };
+    for (const Case& c : cases) {
+        ZQDialog dialog(sprite, nullptr, &recorder);
+        ZQRect field(10.0f, 10.0f, 10.0f + c.width, 30.0f);
+        dialog.AddEditBox(1, font, field, white, DT_LEFT);
+        Route(&dialog);
+        SetNative(c.native);
+        Type(c.typed);
+        EXPECT_EQ(std::wstring(dialog.GetEditBox(1)->GetText()), c.expected) << c.name;
+        EXPECT_EQ(std::wstring(dialog.GetEditBox(1)->GetDisplay()), c.expected + L"|") << c.name;
+        Route(nullptr);
+    }
+}
+
+TEST_F(ControlTest, TheInputMethodsCompositionIsShownThenCommitted) {
+    ZQDialog dialog(sprite, nullptr, &recorder);
+    ZQRect field(10.0f, 10.0f, 310.0f, 30.0f);
+    dialog.AddEditBox(1, font, field, white, DT_LEFT);
+    ZQ::ZQDialogEditBox* box = dialog.GetEditBox(1);
+    Route(&dialog);
+    SetNative(true);
+    HIMC context = ImmGetContext(window);
+    const wchar_t kana[] = L"\x304B\x306A";
+    ASSERT_TRUE(ImmSetCompositionStringW(context, SCS_SETSTR, const_cast<wchar_t*>(kana), sizeof kana - 2, nullptr, 0));
+    EXPECT_STREQ(box->GetDisplay(), L"\x304B\x306A|");
+    EXPECT_STREQ(box->GetText(), L"");
+    Type(L"\b");
+    EXPECT_STREQ(box->GetDisplay(), L"\x304B\x306A|") << "Backspace leaves the composition alone";
+
+    ASSERT_TRUE(ImmNotifyIME(context, NI_COMPOSITIONSTR, CPS_COMPLETE, 0));
+    ImmReleaseContext(window, context);
+    EXPECT_STREQ(box->GetText(), L"\x304B\x306A");
+    MSG msg;
+    while (PeekMessageW(&msg, window, 0, 0, PM_REMOVE)) { // the result again as characters: native mode refuses
+        TranslateMessage(&msg);
+        DispatchMessageW(&msg);
+    }
+    EXPECT_STREQ(box->GetText(), L"\x304B\x306A");
+
+    Type(L"\b");
+    box->SetPassword(true);
+    Type(L"1");
+    EXPECT_STREQ(box->GetText(), L"\x304B" L"1");
+    EXPECT_STREQ(box->GetDisplay(), L"**|") << "one star a character, the caret as it is";
+    box->SetDisable(true);
+    Type(L"2");
+    EXPECT_STREQ(box->GetText(), L"\x304B" L"1") << "a disabled box takes nothing";
+    Route(nullptr);
+}
+
+TEST_F(ControlTest, TextControlsDrawBeforeAndAfterDeviceResets) {
+    ZQDialog dialog(sprite, nullptr, &recorder);
+    ZQRect label(10.0f, 10.0f, 150.0f, 40.0f), field(10.0f, 60.0f, 150.0f, 90.0f), log(10.0f, 110.0f, 150.0f, 170.0f);
+    dialog.AddStatic(1, font, L"WWWW", label, white, DT_LEFT | DT_TOP);
+    dialog.AddEditBox(2, font, field, white, DT_LEFT | DT_TOP);
+    dialog.AddListBox(3, font, log);
+    dialog.GetListBox(3)->SetText(L"WWWW", white);
+    ZQ::ZQVelisto* app = App();
+    app->SetDeviceLostFuncUserContext(&dialog);
+    app->SetDeviceLostFunc([](void* context) { static_cast<ZQDialog*>(context)->OnLostDevice(nullptr); });
+    app->SetDeviceResetFuncUserContext(&dialog);
+    app->SetDeviceResetFunc([](IDirect3DDevice9* device, const D3DSURFACE_DESC* desc, void* context) {
+        return static_cast<ZQDialog*>(context)->OnResetDevice(device, desc, nullptr);
+    });
+    for (int size : {400, 320, 0}) {
+        Frame(dialog);
+        EXPECT_GT(LitPixels(RECT{10, 10, 150, 40}), 100) << "static, before a reset to " << size;
+        EXPECT_GT(LitPixels(RECT{10, 60, 150, 90}), 5) << "the caret of the edit box";
+        EXPECT_GT(LitPixels(RECT{10, 110, 150, 170}), 100) << "list box";
+        if (size)
+            twodtest::Resize(size, size * 3 / 4);
+    }
+    app->SetDeviceLostFunc(nullptr);
+    app->SetDeviceResetFunc(nullptr);
+    ASSERT_EQ(app->GetBackBufferSurfaceDesc()->Width, 320u);
+}
+
+TEST_F(ControlTest, AStaticsShadowFollowsTheSignOfItsOffset) {
+    ZQRect label(60.0f, 60.0f, 260.0f, 120.0f);
+    RECT area = {60, 60, 260, 120};
+    RECT boxes[2];
+    for (int i = 0; i < 2; ++i) {
+        ZQDialog dialog(sprite, nullptr, &recorder);
+        dialog.AddStatic(1, font, L"Tickets", label, white, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+        D3DXCOLOR red(1.0f, 0.0f, 0.0f, 1.0f);
+        dialog.GetStatic(1)->SetShadow(i == 0 ? -2 : 2, red);
+        Frame(dialog);
+        boxes[i] = LitBox(area);
+    }
+    EXPECT_EQ(boxes[0].left, boxes[1].left - 2) << "-2 puts the shadow to the left";
+    EXPECT_EQ(boxes[0].top, boxes[1].top - 2) << "and up";
+    EXPECT_EQ(boxes[0].right, boxes[1].right - 2);
+    EXPECT_EQ(boxes[0].bottom, boxes[1].bottom - 2);
+}
+
+TEST_F(ControlTest, AListBoxTrimsInLargeStepsAndShowsTheNewestLineLast) {
+    ZQDialog dialog(sprite, nullptr, &recorder);
+    ZQRect log(10.0f, 10.0f, 210.0f, 70.0f), flat(10.0f, 100.0f, 210.0f, 110.0f);
+    dialog.AddListBox(1, font, log);
+    dialog.AddListBox(2, font, flat);
+    ZQ::ZQDialogListBox* box = dialog.GetListBox(1);
+    D3DXCOLOR green(0.0f, 1.0f, 0.0f, 1.0f), red(1.0f, 0.0f, 0.0f, 1.0f);
+    for (int i = 0; i < 4000; ++i)
+        box->SetText(std::to_wstring(i).c_str(), green);
+    EXPECT_STREQ(box->GetText(3999), L"3999") << "4,000 lines are kept";
+    box->SetText(L"WWWW", red);
+    EXPECT_STREQ(box->GetText(0), L"3800") << "the newest 200 of the old lines";
+    EXPECT_STREQ(box->GetText(199), L"3999");
+    EXPECT_STREQ(box->GetText(200), L"WWWW");
+    EXPECT_EQ(box->GetText(201), nullptr);
+
+    dialog.GetListBox(2)->SetText(L"WWWW", red);
+    Frame(dialog);
+    EXPECT_GT(Tinted(RECT{10, 50, 210, 70}, false), 50) << "the newest line in the last of three bands";
+    EXPECT_EQ(Tinted(RECT{10, 10, 210, 50}, false), 0);
+    EXPECT_GT(Tinted(RECT{10, 10, 210, 30}, true), 20) << "two older lines above it";
+    EXPECT_EQ(LitPixels(RECT{10, 100, 210, 110}), 0) << "a box lower than a line shows none";
+
+    box->Clear();
+    EXPECT_EQ(box->GetText(0), nullptr);
+    BeginFrame();
+    dialog.OnFrameRender(Device(), 0.0, 0.0f, nullptr);
+    EndFrame();
+    EXPECT_EQ(LitPixels(RECT{10, 10, 210, 70}), 0) << "Clear empties the picture too";
+}
+
+TEST_F(ControlTest, TimedControlsReportOnceOnTheFrameTheirTimeIsUp) {
+    ZQDialog dialog(sprite, nullptr, &recorder);
+    D3DXVECTOR3 barAt(20.0f, 20.0f, 0.0f);
+    ZQRect path(20.0f, 100.0f, 220.0f, 140.0f);
+    dialog.AddTimeBar(1, L"bar", barAt, 10.0f, 1);
+    dialog.AddTimeGauge(2, L"marker", path, 3.0f);
+    const float step = 1.0f / 60.0f;
+    // The frame on which the summed frame times reach the duration.
+    auto dueFrame = [step](float seconds) {
+        float sum = 0.0f;
+        int frame = 0;
+        while (sum / seconds < 1.0f) {
+            sum += step;
+            ++frame;
+        }
+        return frame;
+    };
+    std::vector<std::pair<unsigned int, int>> reports;
+    recorder.onEvent = [&](unsigned int id) { reports.push_back({id, 0}); };
+    for (int frame = 1; frame <= 700; ++frame) {
+        const size_t before = reports.size();
+        dialog.OnFrameMove(Device(), 0.0, step, nullptr);
+        for (size_t i = before; i < reports.size(); ++i)
+            reports[i].second = frame;
+    }
+    ASSERT_EQ(reports.size(), 2u) << "each reports once";
+    EXPECT_EQ(reports[0], std::make_pair(2u, dueFrame(3.0f)));
+    EXPECT_EQ(reports[1], std::make_pair(1u, dueFrame(10.0f)));
+    EXPECT_EQ(dialog.GetTimeBar(1)->GetfElapsedTime(), 10.0f);
+    const D3DXVECTOR3 rest = dialog.GetTimeGauge(2)->Delta();
+    EXPECT_EQ(rest.x, 220.0f);
+    EXPECT_EQ(rest.y, 140.0f);
+
+    ZQ::ZQDialogTimeBar* bar = dialog.GetTimeBar(1);
+    bar->Reset();
+    bar->SetfElapsedTime(2.0f);
+    bar->SetStep(-5.0f);
+    EXPECT_EQ(bar->GetfElapsedTime(), 0.0f);
+    bar->SetVisible(false);
+    bar->SetfElapsedTime(9.99f);
+    dialog.OnFrameMove(Device(), 0.0, 0.02f, nullptr);
+    EXPECT_EQ(reports.size(), 3u) << "a hidden time bar runs on";
+}
+
+TEST_F(ControlTest, AGaugeReportsOnceUntilReset) {
+    ZQDialog dialog(sprite, nullptr, &recorder);
+    ZQRect path(20.0f, 100.0f, 220.0f, 100.0f);
+    dialog.AddGauge(1, L"marker", path, 4.0f);
+    dialog.AddGauge(2, L"marker", path, 0.0f);
+    ZQ::ZQDialogGauge* gauge = dialog.GetGauge(1);
+    ZQ::ZQDialogGauge* empty = dialog.GetGauge(2);
+    auto frame = [&] { dialog.OnFrameMove(Device(), 0.0, 0.1f, nullptr); };
+    frame();
+    EXPECT_TRUE(recorder.events.empty()) << "a range of 0 reports nothing at 0";
+    gauge->SetPos(4.0f);
+    frame();
+    frame();
+    EXPECT_EQ(recorder.events.size(), 1u);
+    gauge->SetPos(0.0f);
+    frame();
+    gauge->SetPos(4.0f);
+    frame();
+    EXPECT_EQ(recorder.events.size(), 1u) << "only Reset re-arms";
+    gauge->Reset();
+    gauge->SetDisable(true);
+    gauge->SetPos(5.0f);
+    frame();
+    EXPECT_EQ(recorder.events.size(), 1u) << "a disabled gauge is frozen";
+    EXPECT_EQ(gauge->GetPos(), 5.0f);
+    gauge->SetDisable(false);
+    gauge->SetVisible(false);
+    frame();
+    ASSERT_EQ(recorder.events.size(), 2u) << "a hidden one is not";
+    EXPECT_EQ(gauge->GetPos(), 4.0f) << "clamped at the range";
+    EXPECT_EQ(gauge->Delta().x, 220.0f);
+    empty->SetPos(1.0f);
+    frame();
+    ASSERT_EQ(recorder.events.size(), 3u);
+    EXPECT_EQ(recorder.events[2].id, 2u) << "a range of 0 reports any positive value at once";
+    EXPECT_EQ(empty->GetPos(), 0.0f);
+}
+
+TEST_F(ControlTest, BarTipsFollowTheDirectionTable) {
+    // A 32 x 32 bar at (100, 50), a quarter full.
+    struct Case {
+        unsigned long direction;
+        float x, y;
+    } cases[] = {{1, 108, 66}, {2, 124, 66}, {4, 116, 74}, {8, 116, 58}, {3, 108, 58}, {0, 108, 58}};
+    for (const Case& c : cases) {
+        ZQDialog dialog(sprite, nullptr, &recorder);
+        D3DXVECTOR3 at(100.0f, 50.0f, 0.0f);
+        dialog.AddProgress(1, L"bar", at, 4.0f, c.direction);
+        dialog.GetProgress(1)->SetPos(1.0f);
+        dialog.OnFrameMove(Device(), 0.0, 0.0f, nullptr);
+        const D3DXVECTOR3 tip = dialog.GetProgress(1)->Delta();
+        EXPECT_EQ(tip.x, c.x) << "direction " << c.direction;
+        EXPECT_EQ(tip.y, c.y) << "direction " << c.direction;
+    }
+}
+
+TEST_F(ControlTest, AnAnimationDialogMovesAnAnimatedMarker) {
+    ZQ::ZQSprite art(Device());
+    art.Entry(twodtest::Data(L"sprites.te").c_str());
+    ZQ::ZQAnimate animate(&art);
+    animate.Entry(twodtest::Data(L"anim\\narrow.am").c_str());
+    ZQRect path(20.0f, 100.0f, 220.0f, 100.0f);
+    for (bool animated : {true, false}) {
+        std::unique_ptr<ZQDialog> made(animated ? new ZQDialog(&animate, nullptr, &recorder)
+                                                : new ZQDialog(&art, nullptr, &recorder));
+        ZQDialog& dialog = *made;
+        dialog.AddGauge(1, L"tinted", path, 2.0f);
+        dialog.GetGauge(1)->SetPos(1.0f);
+        Frame(dialog);
+        EXPECT_EQ(dialog.GetGauge(1)->Delta().x, 120.0f);
+        EXPECT_EQ(LitPixels(RECT{100, 80, 160, 140}) > 0, animated)
+            << "the animation plays at the marker; a sprite gauge finds no chunk of that name";
+    }
+}
+
+TEST_F(ControlTest, NumbersDrawEveryDigitWhereTheirAlignmentPutsThem) {
+    // Digits are 8 pixels wide, without spacing.
+    struct Case {
+        unsigned long alignment;
+        float x;
+        int firstLeft; // -1: nothing drawn
+    } cases[] = {{DT_LEFT, 10.0f, 10}, {DT_RIGHT, 170.0f, 10}, {DT_CENTER, 88.0f, 10}, {3, 10.0f, -1}};
+    const char* const twenty = "18446744073709551615";
+    for (const Case& c : cases) {
+        ZQDialog dialog(sprite, nullptr, &recorder);
+        D3DXVECTOR3 at(c.x, 100.0f, 0.0f);
+        dialog.AddNumber(1, L"d", at, 0.0f, c.alignment);
+        dialog.GetNumber(1)->Minus(1);
+        EXPECT_EQ(dialog.GetNumber(1)->GetNumber(), 18446744073709551615ull);
+        Frame(dialog);
+        if (c.firstLeft < 0) {
+            EXPECT_EQ(LitPixels(RECT{0, 100, 320, 108}), 0) << "alignment 3 draws nothing";
+            continue;
+        }
+        // Centred on 88: half the first digit and the others' widths, halved: 78 to the left.
+        for (int i = 0; i < 20; ++i)
+            EXPECT_TRUE(Near(BackBufferPixel(c.firstLeft + 8 * i + 4, 104), kDigitColours[twenty[i] - '0'], 3))
+                << "alignment " << c.alignment << ", digit " << i;
+        EXPECT_EQ(LitPixels(RECT{c.firstLeft + 160, 100, 320, 108}), 0) << "twenty digits, no more";
+    }
+}

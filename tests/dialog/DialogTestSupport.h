@@ -1,0 +1,59 @@
+// What the dialog tests share: pictures made on the fly, the test sounds and an event recorder.
+#pragma once
+#include "twod/TextureTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace dialogtest {
+
+inline std::wstring TempFile(const wchar_t* name) {
+    wchar_t folder[MAX_PATH];
+    GetTempPathW(MAX_PATH, folder);
+    return std::wstring(folder) + name;
+}
+
+inline std::wstring SoundFile(const wchar_t* name) {
+    std::wstring path = L"Z:";
+    for (const wchar_t* c = _wgetenv(L"ZQ_TEST_SOUNDS"); c && *c; ++c)
+        path += *c == L'/' ? L'\\' : *c;
+    return path + L"\\" + name;
+}
+
+// A size x size picture of one colour (32 by default); with hole, its left half is fully transparent.
+inline void AddPicture(ZQ::ZQSprite& sprite, const wchar_t* name, D3DCOLOR colour, bool hole = false, UINT size = 32) {
+    IDirect3DTexture9* texture = nullptr;
+    D3DLOCKED_RECT locked;
+    ASSERT_EQ(D3DXCreateTexture(twodtest::Device(), size, size, 1, 0, D3DFMT_A8R8G8B8, D3DPOOL_MANAGED, &texture),
+              S_OK);
+    ASSERT_EQ(texture->LockRect(0, &locked, nullptr, 0), S_OK);
+    for (UINT y = 0; y < size; ++y)
+        for (UINT x = 0; x < size; ++x)
+            reinterpret_cast<D3DCOLOR*>(static_cast<char*>(locked.pBits) + y * locked.Pitch)[x] =
+                hole && x < size / 2 ? 0 : colour;
+    texture->UnlockRect(0);
+    const std::wstring file = TempFile((std::wstring(name) + L".png").c_str());
+    ASSERT_EQ(D3DXSaveTextureToFileW(file.c_str(), D3DXIFF_PNG, texture, nullptr), S_OK);
+    texture->Release();
+    sprite.Entry(name, file.c_str(), false);
+}
+
+// Records events; optionally runs an action from inside OnEvent.
+struct Recorder : ZQ::_ZQResponseDialog_tag {
+    struct Event {
+        unsigned int id;
+        int a, b;
+    };
+    std::vector<Event> events;
+    std::function<void(unsigned int)> onEvent;
+    void __stdcall OnEvent(unsigned int id, int a, int b) override {
+        events.push_back({id, a, b});
+        if (onEvent)
+            onEvent(id);
+    }
+};
+
+} // namespace dialogtest
