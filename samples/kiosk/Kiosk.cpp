@@ -136,8 +136,11 @@ void KioskApp::Log(D3DXCOLOR colour, const wchar_t* format, ...) {
     line.text[sizeof line.text / sizeof line.text[0] - 1] = 0;
     line.colour = colour;
     ++m_logCount;
-    if (m_demo)
-        std::printf("log: %ls\n", line.text);
+    if (m_demo) {
+        char text[sizeof line.text / sizeof line.text[0] * 3];
+        if (WideCharToMultiByte(CP_UTF8, 0, line.text, -1, text, sizeof text, nullptr, nullptr) > 0)
+            std::printf("log: %s\n", text);
+    }
     if (m_liveLog)
         m_liveLog->SetText(line.text, line.colour);
 }
@@ -221,7 +224,9 @@ HRESULT CALLBACK KioskApp::OnDeviceCreated(IDirect3DDevice9* device, const D3DSU
                         ANTIALIASED_QUALITY, 0);
     app->m_fonts->Entry(kTextFont, L"DejaVuSans.ttf", L"DejaVu Sans", 18, 0, FW_NORMAL, 1, FALSE, DEFAULT_CHARSET, 0,
                         ANTIALIASED_QUALITY, 0);
-    app->m_fonts->Entry(kNameFont, L"VL-Gothic-Regular.ttf", L"VL Gothic", 28, 0, FW_NORMAL, 1, FALSE,
+    // The edit box takes its length from the width its font reports: a font made with width 0 reports 0
+    // and would take no typing, so the name font gives its width.
+    app->m_fonts->Entry(kNameFont, L"VL-Gothic-Regular.ttf", L"VL Gothic", 28, 14, FW_NORMAL, 1, FALSE,
                         DEFAULT_CHARSET, 0, ANTIALIASED_QUALITY, 0);
     app->m_cursor = new ZQCursor(app->m_sprite);
     ZQRect screen(0.0f, 0.0f, 639.0f, 479.0f);

@@ -3,6 +3,8 @@
 // screen changes, newest at the bottom. Return takes the name and starts the round.
 #include "Kiosk.h"
 
+#include <imm.h>
+
 using namespace ZQ;
 
 namespace {
@@ -27,6 +29,13 @@ void NameScreen::Build() {
         listBox->SetText(line.text, colour);
     }
     m_app.SetLiveLog(listBox);
+    // Letters go straight into the box until the customer turns the input method's native mode on
+    // (a new input context may start in it, where the box leaves letters to the composition).
+    HWND hWnd = m_app.GethWnd();
+    if (HIMC context = ImmGetContext(hWnd)) {
+        ImmSetConversionStatus(context, IME_CMODE_ALPHANUMERIC, IME_SMODE_NONE);
+        ImmReleaseContext(hWnd, context);
+    }
 }
 
 // Dark panels under the name and the log.
