@@ -183,29 +183,8 @@ void KioskApp::AfterFrame(IDirect3DDevice9* device) {
     wchar_t path[MAX_PATH];
     _snwprintf(path, MAX_PATH - 1, L"%ls\\kiosk-%ls.png", m_screenshots, kShotNames[m_screen]);
     path[MAX_PATH - 1] = 0;
-    if (SUCCEEDED(SaveBackBuffer(device, path)))
+    if (SUCCEEDED(ZQSaveBackBuffer(device, path)))
         std::printf("screenshot: %ls\n", path);
-}
-
-HRESULT KioskApp::SaveBackBuffer(IDirect3DDevice9* device, const wchar_t* path) {
-    IDirect3DSurface9* backBuffer = nullptr;
-    IDirect3DSurface9* copy = nullptr;
-    D3DSURFACE_DESC desc;
-    HRESULT result = device->GetBackBuffer(0, 0, D3DBACKBUFFER_TYPE_MONO, &backBuffer);
-    if (SUCCEEDED(result))
-        result = backBuffer->GetDesc(&desc);
-    if (SUCCEEDED(result))
-        result = device->CreateOffscreenPlainSurface(desc.Width, desc.Height, desc.Format, D3DPOOL_SYSTEMMEM, &copy,
-                                                     nullptr);
-    if (SUCCEEDED(result))
-        result = device->GetRenderTargetData(backBuffer, copy);
-    if (SUCCEEDED(result))
-        result = D3DXSaveSurfaceToFileW(path, D3DXIFF_PNG, copy, nullptr, nullptr);
-    if (copy)
-        copy->Release();
-    if (backBuffer)
-        backBuffer->Release();
-    return result;
 }
 
 // Made once per device, before any screen's own resources.

@@ -74,7 +74,6 @@ private:
     static void CALLBACK OnDemoStep(UINT id, void* context);
     void DemoStep();
     void ReleaseShared();
-    static HRESULT SaveBackBuffer(IDirect3DDevice9* device, const wchar_t* path);
 
     ZQ::ZQSprite* m_sprite = nullptr;
     ZQ::ZQAnimate* m_animate = nullptr;
