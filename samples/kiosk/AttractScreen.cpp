@@ -1,7 +1,7 @@
 // The attract loop, shown while nobody plays: a turning coin and a ticket ride a spline path (players
 // moved along it every frame), a star follows them, an arrow hops along the bottom, sparkles appear
 // now and then. The music plays under it. A touch or a key leads to the menu.
-#include "Kiosk.h"
+#include "Screens.h"
 
 #include <cmath>
 
@@ -32,6 +32,12 @@ void AttractScreen::Build() {
     ZQRect prompt(0.0f, 90.0f, 640.0f, 120.0f);
     D3DXCOLOR white(1.0f, 1.0f, 1.0f, 1.0f);
     m_dialog->AddStatic(1, m_app.TextFont(), L"Touch the screen to start", prompt, white, DT_CENTER | DT_VCENTER);
+    // Looked up once: the riders stay where they are without the path.
+    ZQSpline* paths = m_app.Paths();
+    m_path = paths ? paths->GetSpline(kPath) : nullptr;
+    m_pathLength = paths ? paths->GetTime(kPath) : 0.0f;
+    if (m_pathLength <= 0.0f)
+        m_path = nullptr;
     m_pathTime = 0.0f;
 }
 
@@ -46,23 +52,22 @@ void AttractScreen::Leave() {
 }
 
 void AttractScreen::Move(double, float elapsed) {
-    ZQSpline* paths = m_app.Paths();
-    if (!m_coin || !paths)
+    if (!m_coin)
         return;
-    const float total = paths->GetTime(kPath);
-    _3D::ZQ3DSpline* path = paths->GetSpline(kPath);
-    if (!path || total <= 0.0f)
-        return;
-    m_pathTime = std::fmod(m_pathTime + elapsed, total);
-    D3DXVECTOR3 coin = OnPath(path, m_pathTime, total, 0.0f), ticket = OnPath(path, m_pathTime, total, kTicketLag);
-    m_coin->SetMove(coin);
-    m_ticket->SetMove(ticket);
+    if (m_path) {
+        m_pathTime = std::fmod(m_pathTime + elapsed, m_pathLength);
+        D3DXVECTOR3 coin = OnPath(m_path, m_pathTime, m_pathLength, 0.0f);
+        D3DXVECTOR3 ticket = OnPath(m_path, m_pathTime, m_pathLength, kTicketLag);
+        m_coin->SetMove(coin);
+        m_ticket->SetMove(ticket);
+        m_star = OnPath(m_path, m_pathTime, m_pathLength, kStarLag);
+    }
     m_sparkleTime += elapsed;
     if (m_sparkleTime > 0.35f) {
         m_sparkleTime = 0.0f;
         const float angle = m_pathTime * 2.7f;
-        m_sparkles->Entry(L"sparkle", D3DXVECTOR3(320.0f + 200.0f * std::cos(angle), 260.0f + 80.0f * std::sin(angle), 0.0f),
-                          true, 1);
+        D3DXVECTOR3 at(320.0f + 200.0f * std::cos(angle), 260.0f + 80.0f * std::sin(angle), 0.0f);
+        m_sparkles->Entry(L"sparkle", at, true, 1);
     }
     if (m_arrow->empty())
         m_arrow->Entry(L"hop", D3DXVECTOR3(40.0f, 440.0f, 0.0f), true, 24, true);
@@ -75,13 +80,9 @@ void AttractScreen::Draw(IDirect3DDevice9* device, double time, float elapsed) {
     m_coin->OnFrameRender(device, time, elapsed, nullptr);
     m_arrow->OnFrameRender(device, time, elapsed, nullptr);
     m_sparkles->OnFrameRender(device, time, elapsed, nullptr);
-    ZQSpline* paths = m_app.Paths();
-    _3D::ZQ3DSpline* path = paths ? paths->GetSpline(kPath) : nullptr;
-    const float total = paths ? paths->GetTime(kPath) : 0.0f;
-    if (path && total > 0.0f) {
-        D3DXVECTOR3 star = OnPath(path, m_pathTime, total, kStarLag);
+    if (m_path) {
         D3DXCOLOR white(1.0f, 1.0f, 1.0f, 1.0f);
-        m_app.Sprite()->Render(L"star", star, m_pathTime * 3.0f, white, 0);
+        m_app.Sprite()->Render(L"star", m_star, m_pathTime * 3.0f, white, 0);
     }
 }
 

@@ -1,6 +1,7 @@
 // The kiosk application: shared resources, sounds, coins, the event log, the demo's script and its
 // screenshots; and the frame of every screen (KioskScreen).
 #include "Kiosk.h"
+#include "Screens.h"
 
 #include <imm.h>
 #include <shellapi.h>
@@ -93,7 +94,6 @@ void KioskApp::Start() {
 void KioskApp::Show(KioskScreenId screen) {
     m_screen = screen;
     m_framesOnScreen = 0;
-    m_demoStep = 0;
     Trans(kScreenNames[screen]);
     Log(kScreenColour, L"Screen: %ls", kScreenNames[screen]);
 }
@@ -205,8 +205,8 @@ HRESULT CALLBACK KioskApp::OnDeviceCreated(IDirect3DDevice9* device, const D3DSU
                         ANTIALIASED_QUALITY, 0);
     // The edit box takes its length from the width its font reports: a font made with width 0 reports 0
     // and would take no typing, so the name font gives its width.
-    app->m_fonts->Entry(kNameFont, L"VL-Gothic-Regular.ttf", L"VL Gothic", 28, 14, FW_NORMAL, 1, FALSE,
-                        DEFAULT_CHARSET, 0, ANTIALIASED_QUALITY, 0);
+    app->m_fonts->Entry(kNameFont, L"VL-Gothic-Regular.ttf", L"VL Gothic", 28, 14, FW_NORMAL, 1, FALSE, DEFAULT_CHARSET,
+                        0, ANTIALIASED_QUALITY, 0);
     app->m_cursor = new ZQCursor(app->m_sprite);
     ZQRect screen(0.0f, 0.0f, 639.0f, 479.0f);
     app->m_cursor->Entry(screen, L"cursor", L"cursor_press", nullptr, nullptr, nullptr, nullptr);
@@ -267,15 +267,14 @@ void CALLBACK KioskApp::OnFrameMove(IDirect3DDevice9*, double, float, void* cont
         app->DemoStep();
 }
 
-void CALLBACK KioskApp::OnMouse(bool buttonDown, bool left, bool right, bool middle, bool side1, bool side2,
-                                int wheel, int x, int y, void* context) {
+void CALLBACK KioskApp::OnMouse(bool buttonDown, bool left, bool right, bool middle, bool side1, bool side2, int wheel,
+                                int x, int y, void* context) {
     if (ZQCursor* cursor = static_cast<KioskApp*>(context)->m_cursor)
         cursor->OnMouse(buttonDown, left, right, middle, side1, side2, wheel, x, y, nullptr);
 }
 
 // The kiosk draws its own cursor: the system's is hidden over the window.
-LRESULT CALLBACK KioskApp::OnWindowMessage(HWND, UINT msg, WPARAM, LPARAM lParam, bool* noFurtherProcessing,
-                                           void*) {
+LRESULT CALLBACK KioskApp::OnWindowMessage(HWND, UINT msg, WPARAM, LPARAM lParam, bool* noFurtherProcessing, void*) {
     if (msg == WM_SETCURSOR && LOWORD(lParam) == HTCLIENT) {
         SetCursor(nullptr);
         *noFurtherProcessing = true;
@@ -347,7 +346,9 @@ void KioskApp::DemoStep() {
 KioskScreen::KioskScreen(KioskApp& app, const wchar_t* title, D3DCOLOR background, D3DCOLOR banner)
     : m_app(app), m_banner(banner), m_title(title), m_background(background) {}
 
-KioskScreen::~KioskScreen() { OnDestroyDevice(nullptr); }
+KioskScreen::~KioskScreen() {
+    OnDestroyDevice(nullptr);
+}
 
 HRESULT KioskScreen::OnCreateDevice(IDirect3DDevice9* device, const D3DSURFACE_DESC*, void*) {
     if (!device || m_dialog || !m_app.Sprite())
@@ -406,8 +407,8 @@ void KioskScreen::OnKeyboard(UINT key, bool down, bool alt, void* context) {
         Key(key);
 }
 
-void KioskScreen::OnMouse(bool buttonDown, bool left, bool right, bool middle, bool side1, bool side2, int wheel,
-                          int x, int y, void* context) {
+void KioskScreen::OnMouse(bool buttonDown, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x,
+                          int y, void* context) {
     if (m_dialog)
         m_dialog->OnMouse(buttonDown, left, right, middle, side1, side2, wheel, x, y, context);
 }

@@ -67,11 +67,10 @@ private:
     static void CALLBACK OnDeviceLost(void* context);
     static void CALLBACK OnDeviceDestroyed(void* context);
     static void CALLBACK OnFrameMove(IDirect3DDevice9* device, double time, float elapsed, void* context);
-    static void CALLBACK OnMouse(bool buttonDown, bool left, bool right, bool middle, bool side1, bool side2,
-                                 int wheel, int x, int y, void* context);
+    static void CALLBACK OnMouse(bool buttonDown, bool left, bool right, bool middle, bool side1, bool side2, int wheel,
+                                 int x, int y, void* context);
     static LRESULT CALLBACK OnWindowMessage(HWND hWnd, UINT msg, WPARAM wParam, LPARAM lParam,
                                             bool* noFurtherProcessing, void* context);
-    static void CALLBACK OnDemoStep(UINT id, void* context);
     void DemoStep();
     void ReleaseShared();
 
@@ -95,7 +94,6 @@ private:
     KioskScreenId m_screen = kAttract;
     int m_framesOnScreen = 0;
     bool m_demo = false;
-    int m_demoStep = 0;
     wchar_t m_screenshots[MAX_PATH] = {};
     bool m_shot[kScreenCount] = {};
 };
@@ -139,64 +137,4 @@ private:
     const wchar_t* m_title;
     D3DCOLOR m_background;
     D3DSURFACE_DESC m_backBuffer = {};
-};
-
-class AttractScreen : public KioskScreen {
-public:
-    explicit AttractScreen(KioskApp& app);
-    ~AttractScreen() override { Leave(); }
-    void OnMouse(bool buttonDown, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
-                 void* context) override;
-
-protected:
-    void Build() override;
-    void Move(double time, float elapsed) override;
-    void Draw(IDirect3DDevice9* device, double time, float elapsed) override;
-    void Leave() override;
-    void Key(UINT key) override;
-
-private:
-    ZQ::ZQRenderSingle* m_coin = nullptr;
-    ZQ::ZQRenderSingle* m_ticket = nullptr;
-    ZQ::ZQRenderSingle* m_arrow = nullptr;
-    ZQ::ZQRenderMulti* m_sparkles = nullptr;
-    float m_pathTime = 0.0f, m_sparkleTime = 0.0f;
-};
-
-class MenuScreen : public KioskScreen {
-public:
-    explicit MenuScreen(KioskApp& app);
-    void __stdcall OnEvent(unsigned int id, int x, int y) override;
-
-protected:
-    void Build() override;
-    void Draw(IDirect3DDevice9* device, double time, float elapsed) override;
-};
-
-class NameScreen : public KioskScreen {
-public:
-    explicit NameScreen(KioskApp& app);
-    ~NameScreen() override { Leave(); }
-
-protected:
-    void Build() override;
-    void Backdrop(IDirect3DDevice9* device) override;
-    void Leave() override;
-    void Key(UINT key) override;
-};
-
-class PlayScreen : public KioskScreen {
-public:
-    explicit PlayScreen(KioskApp& app);
-    void __stdcall OnEvent(unsigned int id, int x, int y) override;
-
-protected:
-    void Build() override;
-    void Move(double time, float elapsed) override;
-    void Key(UINT key) override;
-
-private:
-    void Hit();
-    float m_demoHitTime = 0.0f;
-    bool m_over = false;
 };

@@ -1,6 +1,6 @@
 // The menu: Play (takes a credit and asks for the player's name), back to the attract loop, a check
 // box for the music and a radio group choosing the title band's colour. The buttons click.
-#include "Kiosk.h"
+#include "Screens.h"
 
 using namespace ZQ;
 
@@ -36,11 +36,20 @@ void MenuScreen::OnEvent(unsigned int id, int, int) {
         if (m_app.TakeCredit())
             m_app.Show(kName);
         break;
-    case kAttractButton: m_app.Show(kAttract); break;
-    case kMusicBox: m_app.Music(m_dialog->GetCheckBox(kMusicBox)->GetChecked()); break;
-    case kGoldBanner: m_banner = D3DCOLOR_XRGB(240, 200, 40); break;
-    case kWhiteBanner: m_banner = D3DCOLOR_XRGB(250, 250, 250); break;
-    default: break;
+    case kAttractButton:
+        m_app.Show(kAttract);
+        break;
+    case kMusicBox:
+        m_app.Music(m_dialog->GetCheckBox(kMusicBox)->GetChecked());
+        break;
+    case kGoldBanner:
+        m_banner = D3DCOLOR_XRGB(240, 200, 40);
+        break;
+    case kWhiteBanner:
+        m_banner = D3DCOLOR_XRGB(250, 250, 250);
+        break;
+    default:
+        break;
     }
 }
 

@@ -1,7 +1,7 @@
 // The name entry: a prompt, an edit box that takes typed text and the input method's compositions
 // (the first edit box of a dialog has the focus at once), and the kiosk's event log: coins, names and
 // screen changes, newest at the bottom. Return takes the name and starts the round.
-#include "Kiosk.h"
+#include "Screens.h"
 
 #include <imm.h>
 
@@ -16,7 +16,8 @@ NameScreen::NameScreen(KioskApp& app)
 
 void NameScreen::Build() {
     D3DXCOLOR white(1.0f, 1.0f, 1.0f, 1.0f), shadow(0.0f, 0.0f, 0.0f, 0.8f);
-    ZQRect prompt(100.0f, 80.0f, 540.0f, 110.0f), name(120.0f, 120.0f, 520.0f, 160.0f), log(100.0f, 190.0f, 540.0f, 430.0f);
+    ZQRect prompt(100.0f, 80.0f, 540.0f, 110.0f), name(120.0f, 120.0f, 520.0f, 160.0f),
+        log(100.0f, 190.0f, 540.0f, 430.0f);
     m_dialog->AddStatic(kPrompt, m_app.TextFont(), L"Type your name, then press Return", prompt, white, DT_CENTER);
     m_dialog->AddEditBox(kNameBox, m_app.NameFont(), name, white, DT_LEFT | DT_VCENTER | DT_SINGLELINE);
     m_dialog->GetEditBox(kNameBox)->SetShadow(2, shadow);

@@ -1,7 +1,7 @@
 // The round: hit the coin (click it, or press Space) to score. The score counter is drawn with the
 // digit chunks; a gauge climbs with the hits towards a bonus; a time gauge and a time bar run for the
 // round's length, and the time bar's event ends the round.
-#include "Kiosk.h"
+#include "Screens.h"
 
 #include <cwchar>
 
@@ -54,7 +54,9 @@ void PlayScreen::Hit() {
 
 void PlayScreen::OnEvent(unsigned int id, int, int) {
     switch (id) {
-    case kCoinButton: Hit(); break;
+    case kCoinButton:
+        Hit();
+        break;
     case kHits:
         m_dialog->GetNumber(kScore)->Plus(kBonusPoints);
         m_app.Log(D3DXCOLOR(1.0f, 0.85f, 0.3f, 1.0f), L"Bonus for %ls", m_app.PlayerName());
@@ -68,7 +70,8 @@ void PlayScreen::OnEvent(unsigned int id, int, int) {
                   static_cast<unsigned>(m_dialog->GetNumber(kScore)->GetNumber()));
         m_app.Show(kAttract);
         break;
-    default: break;
+    default:
+        break;
     }
 }
 
