@@ -27,6 +27,7 @@
 #include "ZQ/frame/ZQResponseWindow.h"
 #include "ZQ/frame/ZQScene.h"
 #include "ZQ/frame/ZQSceneManager.h"
+#include "ZQ/frame/ZQScreenshot.h"
 #include "ZQ/frame/ZQVelisto.h"
 #include "ZQ/frame/ZQWindow.h"
 

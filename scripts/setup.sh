@@ -10,7 +10,7 @@ packages=(
     clang libclang-rt-14-dev libstb-dev
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good lame sox mpg123
     socat
-    fonts-dejavu-core
+    fonts-dejavu-core fonts-vlgothic
     locales
 )
 

@@ -1,0 +1,130 @@
+#include "FrameTestApp.h"
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+namespace {
+
+std::wstring TempPng(const wchar_t* name) {
+    wchar_t folder[MAX_PATH];
+    GetTempPathW(MAX_PATH, folder);
+    std::wstring path = std::wstring(folder) + name;
+    DeleteFileW(path.c_str());
+    return path;
+}
+
+// The PNG read back into a system-memory A8R8G8B8 surface; the pixels at the points, 0 when unreadable.
+std::vector<D3DCOLOR> ReadPng(IDirect3DDevice9* device, const std::wstring& path, UINT width, UINT height,
+                              std::initializer_list<POINT> points) {
+    std::vector<D3DCOLOR> pixels(points.size(), 0);
+    IDirect3DSurface9* surface = nullptr;
+    D3DLOCKED_RECT locked;
+    if (SUCCEEDED(device->CreateOffscreenPlainSurface(width, height, D3DFMT_A8R8G8B8, D3DPOOL_SYSTEMMEM, &surface,
+                                                      nullptr)) &&
+        SUCCEEDED(D3DXLoadSurfaceFromFileW(surface, nullptr, nullptr, path.c_str(), nullptr, D3DX_FILTER_NONE, 0,
+                                           nullptr)) &&
+        SUCCEEDED(surface->LockRect(&locked, nullptr, D3DLOCK_READONLY))) {
+        size_t i = 0;
+        for (const POINT& p : points)
+            pixels[i++] = *reinterpret_cast<const D3DCOLOR*>(static_cast<const char*>(locked.pBits) +
+                                                             p.y * static_cast<size_t>(locked.Pitch) + p.x * 4) |
+                          0xFF000000;
+        surface->UnlockRect();
+    }
+    if (surface)
+        surface->Release();
+    return pixels;
+}
+
+class ScreenshotTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        frametest::DrainMessages();
+        app = new frametest::TestApp;
+        ASSERT_EQ(app->Start(), S_OK);
+        device = app->GetD3DDevice();
+    }
+    void TearDown() override {
+        delete app;
+        frametest::DrainMessages();
+    }
+    frametest::TestApp* app = nullptr;
+    IDirect3DDevice9* device = nullptr;
+};
+
+} // namespace
+
+TEST_F(ScreenshotTest, BackBufferSavedAsDrawn) {
+    const D3DRECT right = {160, 0, 320, 240};
+    device->Clear(0, nullptr, D3DCLEAR_TARGET, D3DCOLOR_XRGB(200, 40, 10), 1.0f, 0);
+    device->Clear(1, &right, D3DCLEAR_TARGET, D3DCOLOR_XRGB(0, 90, 250), 1.0f, 0);
+    const std::wstring path = TempPng(L"zq-backbuffer.png");
+    ASSERT_EQ(ZQ::ZQSaveBackBuffer(device, path.c_str()), S_OK);
+    EXPECT_EQ(ReadPng(device, path, 320, 240, {{0, 0}, {159, 239}, {160, 0}, {319, 239}}),
+              (std::vector<D3DCOLOR>{0xFFC8280A, 0xFFC8280A, 0xFF005AFA, 0xFF005AFA}));
+}
+
+TEST_F(ScreenshotTest, TexturesOfEveryPoolSaveTheirFirstLevel) {
+    IDirect3DTexture9* target = nullptr;
+    IDirect3DTexture9* managed = nullptr;
+    ASSERT_EQ(device->CreateTexture(64, 32, 1, D3DUSAGE_RENDERTARGET, D3DFMT_A8R8G8B8, D3DPOOL_DEFAULT, &target,
+                                    nullptr),
+              S_OK);
+    ASSERT_EQ(device->CreateTexture(64, 32, 0, 0, D3DFMT_A8R8G8B8, D3DPOOL_MANAGED, &managed, nullptr), S_OK);
+    IDirect3DSurface9* level = nullptr;
+    target->GetSurfaceLevel(0, &level);
+    const RECT corner = {48, 16, 64, 32};
+    device->ColorFill(level, nullptr, D3DCOLOR_XRGB(30, 200, 60));
+    device->ColorFill(level, &corner, D3DCOLOR_XRGB(250, 250, 0));
+    level->Release();
+    D3DLOCKED_RECT locked;
+    ASSERT_EQ(managed->LockRect(0, &locked, nullptr, 0), S_OK);
+    for (int y = 0; y < 32; ++y)
+        for (int x = 0; x < 64; ++x)
+            reinterpret_cast<D3DCOLOR*>(static_cast<char*>(locked.pBits) + y * locked.Pitch)[x] =
+                D3DCOLOR_XRGB(x * 4, y * 8, 128);
+    managed->UnlockRect(0);
+
+    const std::wstring targetPath = TempPng(L"zq-target.png"), managedPath = TempPng(L"zq-managed.png");
+    EXPECT_EQ(ZQ::ZQSaveTexture(device, target, targetPath.c_str()), S_OK);
+    EXPECT_EQ(ZQ::ZQSaveTexture(device, managed, managedPath.c_str()), S_OK);
+    EXPECT_EQ(ReadPng(device, targetPath, 64, 32, {{0, 0}, {47, 31}, {48, 16}, {63, 31}}),
+              (std::vector<D3DCOLOR>{0xFF1EC83C, 0xFF1EC83C, 0xFFFAFA00, 0xFFFAFA00}));
+    EXPECT_EQ(ReadPng(device, managedPath, 64, 32, {{0, 0}, {63, 31}, {10, 5}}),
+              (std::vector<D3DCOLOR>{D3DCOLOR_XRGB(0, 0, 128), D3DCOLOR_XRGB(252, 248, 128),
+                                     D3DCOLOR_XRGB(40, 40, 128)}));
+    target->Release();
+    managed->Release();
+}
+
+TEST_F(ScreenshotTest, RefusalsFailWithoutWritingOrCrashing) {
+    IDirect3DSurface9* backBuffer = nullptr;
+    IDirect3DTexture9* texture = nullptr;
+    ASSERT_EQ(device->GetBackBuffer(0, 0, D3DBACKBUFFER_TYPE_MONO, &backBuffer), S_OK);
+    ASSERT_EQ(device->CreateTexture(8, 8, 1, 0, D3DFMT_A8R8G8B8, D3DPOOL_MANAGED, &texture, nullptr), S_OK);
+    const std::wstring path = TempPng(L"zq-refused.png");
+    const wchar_t* unwritable = L"Z:\\no\\such\\folder\\shot.png";
+    struct Case {
+        const char* what;
+        HRESULT result;
+    } cases[] = {
+        {"render target, no device", ZQ::ZQSaveRenderTarget(nullptr, backBuffer, path.c_str())},
+        {"render target, no surface", ZQ::ZQSaveRenderTarget(device, nullptr, path.c_str())},
+        {"render target, no path", ZQ::ZQSaveRenderTarget(device, backBuffer, nullptr)},
+        {"render target, empty path", ZQ::ZQSaveRenderTarget(device, backBuffer, L"")},
+        {"back buffer, no device", ZQ::ZQSaveBackBuffer(nullptr, path.c_str())},
+        {"back buffer, no path", ZQ::ZQSaveBackBuffer(device, nullptr)},
+        {"texture, no texture", ZQ::ZQSaveTexture(device, nullptr, path.c_str())},
+        {"texture, no device", ZQ::ZQSaveTexture(nullptr, texture, path.c_str())},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(c.result, E_INVALIDARG) << c.what;
+    EXPECT_EQ(GetFileAttributesW(path.c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_TRUE(FAILED(ZQ::ZQSaveBackBuffer(device, unwritable)));
+    EXPECT_TRUE(FAILED(ZQ::ZQSaveTexture(device, texture, unwritable)));
+    texture->Release();
+    backBuffer->Release();
+}
