@@ -70,6 +70,13 @@ bool ZQTextTarget::Begin() {
     if (!m_textSprite || !BeginScene())
         return false;
     m_textSprite->Begin(D3DXSPRITE_ALPHABLEND | D3DXSPRITE_SORT_TEXTURE);
+    // The texture is drawn with alpha blending later, so it must hold the text's own colour and its
+    // coverage as alpha: blended the sprite's way into transparent black, both would be multiplied by
+    // the coverage again and thin text would all but vanish. The sprite restores the states at End.
+    m_device->SetRenderState(D3DRS_SRCBLEND, D3DBLEND_ONE);
+    m_device->SetRenderState(D3DRS_SEPARATEALPHABLENDENABLE, TRUE);
+    m_device->SetRenderState(D3DRS_SRCBLENDALPHA, D3DBLEND_ONE);
+    m_device->SetRenderState(D3DRS_DESTBLENDALPHA, D3DBLEND_INVSRCALPHA);
     return true;
 }
 
