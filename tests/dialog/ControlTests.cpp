@@ -222,6 +222,33 @@ TEST_F(ControlTest, AStaticsShadowFollowsTheSignOfItsOffset) {
     EXPECT_EQ(boxes[0].bottom, boxes[1].bottom - 2);
 }
 
+TEST_F(ControlTest, AStaticShowsItsTextAsBrightAsTheFontDrawsIt) {
+    // A thin font: most of its pixels are partly covered, so coverage counted twice would show.
+    ID3DXFont* thin = nullptr;
+    ASSERT_EQ(D3DXCreateFontW(Device(), 14, 0, FW_NORMAL, 1, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                              ANTIALIASED_QUALITY, DEFAULT_PITCH, L"Arial", &thin),
+              S_OK);
+    RECT area = {20, 20, 220, 50};
+    auto brightness = [&area] {
+        long sum = 0;
+        for (int y = area.top; y < area.bottom; ++y)
+            for (int x = area.left; x < area.right; ++x)
+                sum += BackBufferPixel(x, y) >> 8 & 0xFF;
+        return sum;
+    };
+    BeginFrame();
+    RECT direct = area;
+    thin->DrawTextW(nullptr, L"Score and time", -1, &direct, DT_LEFT | DT_TOP, 0xFFFFFFFF);
+    EndFrame();
+    const long expected = brightness();
+    ZQDialog dialog(sprite, nullptr, &recorder);
+    ZQRect label(20.0f, 20.0f, 220.0f, 50.0f);
+    dialog.AddStatic(1, thin, L"Score and time", label, white, DT_LEFT | DT_TOP);
+    Frame(dialog);
+    EXPECT_NEAR(brightness(), expected, expected / 5);
+    thin->Release();
+}
+
 TEST_F(ControlTest, AListBoxTrimsInLargeStepsAndShowsTheNewestLineLast) {
     ZQDialog dialog(sprite, nullptr, &recorder);
     ZQRect log(10.0f, 10.0f, 210.0f, 70.0f), flat(10.0f, 100.0f, 210.0f, 110.0f);
