@@ -142,8 +142,10 @@ void LoadPacked(IDirect3DDevice9* device, ZQMapper* chunks, const wchar_t* file,
     const UINT deviceMax = DeviceMaxSide(device);
     const UINT width = formats::LoaderSide(packed.width, info.Width, deviceMax);
     const UINT height = formats::LoaderSide(packed.height, info.Height, deviceMax);
+    // Only level 0 of the loaded image is ever read (copied into the chunks' own textures): a chain of
+    // mip levels, which the image loader would filter one by one, is half the decode's time for nothing.
     if (SUCCEEDED(hr))
-        hr = D3DXCreateTextureFromFileInMemoryEx(device, packed.image, imageBytes, width, height, D3DX_DEFAULT, 0,
+        hr = D3DXCreateTextureFromFileInMemoryEx(device, packed.image, imageBytes, width, height, 1, 0,
                                                  D3DFMT_UNKNOWN, D3DPOOL_MANAGED, D3DX_DEFAULT, D3DX_DEFAULT, 0,
                                                  &info, nullptr, &loaded);
     if (FAILED(hr) || !loaded) {
