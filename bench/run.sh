@@ -70,7 +70,7 @@ load_after=$(cut -d' ' -f1-3 /proc/loadavg)
 
 # The summary: one line per figure, taken from the programs' output above.
 figure() { # LOG PATTERN FIELD: the FIELD-th number ($: the last) of the first line of LOG matching PATTERN
-    grep -m1 -- "$2" "$logs/$1.txt" 2>/dev/null | grep -oE '[0-9]+(\.[0-9]+)?' | sed -n "$3p"
+    grep -m1 -- "$2" "$logs/$1.txt" 2>/dev/null | grep -oE -- '-?[0-9]+(\.[0-9]+)?' | sed -n "$3p"
 }
 row() { printf '| %-52s | %12s |\n' "$1" "${2:-?}"; }
 echo
