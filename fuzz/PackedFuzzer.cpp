@@ -1,5 +1,6 @@
 // libFuzzer target: the parsing of ".OM" and ".TE" files, the round trip through the writers, and the
-// loader's size decisions (the texture asked of the image loader, each split chunk's rectangle and side).
+// loader's size decisions (the image's size from a PNG header, the texture asked of the image loader, each
+// split chunk's rectangle and side).
 #include "ZQPackedTexture.h"
 
 #include <stb_image.h>
@@ -28,10 +29,14 @@ uint64_t PowerOfTwoAtLeast(uint64_t value) {
 // from the file's last bytes, so that the decisions below see every size.
 void ImageSize(const PackedFile& file, const uint8_t* data, size_t size, uint32_t& width, uint32_t& height) {
     int w = 0, h = 0, channels = 0;
+    uint32_t pngWidth = 0, pngHeight = 0;
+    const bool png = PngSize(file.image, file.imageBytes, pngWidth, pngHeight);
     if (file.imageBytes && file.imageBytes <= INT32_MAX &&
         stbi_info_from_memory(file.image, static_cast<int>(file.imageBytes), &w, &h, &channels)) {
         width = static_cast<uint32_t>(w);
         height = static_cast<uint32_t>(h);
+        // The loader takes a PNG's size from its header: it must be the size a decoder finds.
+        Check(!png || (pngWidth == width && pngHeight == height));
         return;
     }
     const uint8_t* tail = size >= 4 ? data + size - 4 : data;

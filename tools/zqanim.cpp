@@ -563,6 +563,10 @@ int main(int argc, char** argv) {
         return 2;
     }
     const std::string command = argv[1];
+    if (command == "--help" || command == "-h") {
+        std::fputs(kUsage, stdout);
+        return 0;
+    }
     std::string output, atlas, directory = ".";
     bool wide = false, haveWords = false;
     unsigned long words[2] = {0, 0};

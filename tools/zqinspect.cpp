@@ -97,9 +97,14 @@ int Inspect(const char* path) {
 } // namespace
 
 int main(int argc, char** argv) {
+    const char* usage = "usage: zqinspect FILE...   (.OM and .TE files: header, image, records)\n";
     if (argc < 2) {
-        std::fputs("usage: zqinspect FILE...\n", stderr);
+        std::fputs(usage, stderr);
         return 2;
+    }
+    if (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0) {
+        std::fputs(usage, stdout);
+        return 0;
     }
     int failures = 0;
     for (int i = 1; i < argc; ++i)

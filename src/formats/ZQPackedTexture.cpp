@@ -290,5 +290,20 @@ SplitChunk PlanSplitChunk(const int32_t pixel[4], uint32_t imageWidth, uint32_t 
     return chunk;
 }
 
+bool PngSize(const uint8_t* data, size_t size, uint32_t& width, uint32_t& height) {
+    static const uint8_t signature[8] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+    static const uint8_t header[8] = {0, 0, 0, 13, 'I', 'H', 'D', 'R'};
+    if (size < 24 || std::memcmp(data, signature, 8) != 0 || std::memcmp(data + 8, header, 8) != 0)
+        return false;
+    const auto bigEndian = [](const uint8_t* at) {
+        return static_cast<uint32_t>(at[0]) << 24 | static_cast<uint32_t>(at[1]) << 16 |
+               static_cast<uint32_t>(at[2]) << 8 | at[3];
+    };
+    width = bigEndian(data + 16);
+    height = bigEndian(data + 20);
+    // Sides of 0 or past 2^31 - 1 make no valid image.
+    return width > 0 && height > 0 && width <= INT32_MAX && height <= INT32_MAX;
+}
+
 } // namespace formats
 } // namespace ZQ

@@ -86,5 +86,9 @@ struct SplitChunk {
 /// than the clipped rectangle's larger side.
 SplitChunk PlanSplitChunk(const int32_t pixel[4], uint32_t imageWidth, uint32_t imageHeight, uint32_t deviceMax);
 
+/// The width and height a PNG image declares in its header (what the image loader reports for it);
+/// false when the bytes do not begin with a PNG signature and a valid header chunk.
+bool PngSize(const uint8_t* data, size_t size, uint32_t& width, uint32_t& height);
+
 } // namespace formats
 } // namespace ZQ

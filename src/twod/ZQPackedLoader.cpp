@@ -131,13 +131,21 @@ void LoadPacked(IDirect3DDevice9* device, ZQMapper* chunks, const wchar_t* file,
     D3DXIMAGE_INFO info = {};
     IDirect3DTexture9* loaded = nullptr;
     const UINT imageBytes = static_cast<UINT>(packed.imageBytes);
-    HRESULT hr = device && imageBytes ? D3DXGetImageInfoFromFileInMemory(packed.image, imageBytes, &info) : E_FAIL;
+    // The image's size bounds the texture asked for. A PNG states it in its header; asking the image
+    // loader instead costs a fifth of a decode, and the decode below reports the same information.
+    HRESULT hr = E_FAIL;
+    if (device && imageBytes)
+        hr = formats::PngSize(packed.image, imageBytes, info.Width, info.Height)
+                 ? S_OK
+                 : D3DXGetImageInfoFromFileInMemory(packed.image, imageBytes, &info);
     // The header's size is only a request: the texture never outgrows the image it holds.
     const UINT deviceMax = DeviceMaxSide(device);
     const UINT width = formats::LoaderSide(packed.width, info.Width, deviceMax);
     const UINT height = formats::LoaderSide(packed.height, info.Height, deviceMax);
+    // Only level 0 of the loaded image is ever read (copied into the chunks' own textures): a chain of
+    // mip levels, which the image loader would filter one by one, is half the decode's time for nothing.
     if (SUCCEEDED(hr))
-        hr = D3DXCreateTextureFromFileInMemoryEx(device, packed.image, imageBytes, width, height, D3DX_DEFAULT, 0,
+        hr = D3DXCreateTextureFromFileInMemoryEx(device, packed.image, imageBytes, width, height, 1, 0,
                                                  D3DFMT_UNKNOWN, D3DPOOL_MANAGED, D3DX_DEFAULT, D3DX_DEFAULT, 0,
                                                  &info, nullptr, &loaded);
     if (FAILED(hr) || !loaded) {

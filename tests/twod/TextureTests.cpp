@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <vector>
 
 #include "support/RectExpect.h"
 
@@ -275,6 +278,46 @@ TEST(ZQTexture, DeclaredSizesNeverOutgrowTheImage) {
     ASSERT_NE(negative.Trans(L"chunk_b"), nullptr);
     EXPECT_EQ(negative.Trans(L"chunk_b")->texture, nullptr);
     EXPECT_NE(negative.Trans(L"chunk_c")->texture, nullptr);
+}
+
+// PNG sizes come from the image's header; any other format is measured by the image loader.
+TEST(ZQTexture, AnAtlasWithABitmapImageLoadsAsWithItsPng) {
+    std::FILE* in = _wfopen(Data(L"atlas.te").c_str(), L"rb");
+    ASSERT_NE(in, nullptr);
+    std::vector<char> bytes(1 << 16);
+    bytes.resize(std::fread(bytes.data(), 1, bytes.size(), in));
+    std::fclose(in);
+    const size_t imageAt = kTeHeader + 2 * kTeRecord;
+    IDirect3DTexture9* decoded = nullptr;
+    ID3DXBuffer* bitmap = nullptr;
+    ASSERT_EQ(D3DXCreateTextureFromFileInMemory(Device(), bytes.data() + imageAt, bytes.size() - imageAt, &decoded),
+              S_OK);
+    ASSERT_EQ(D3DXSaveTextureToFileInMemory(&bitmap, D3DXIFF_BMP, decoded, nullptr), S_OK);
+    decoded->Release();
+    bytes.resize(imageAt);
+    const char* image = static_cast<const char*>(bitmap->GetBufferPointer());
+    bytes.insert(bytes.end(), image, image + bitmap->GetBufferSize());
+    const uint32_t imageSize = bitmap->GetBufferSize();
+    std::memcpy(bytes.data() + 12, &imageSize, 4);
+    bitmap->Release();
+    const std::wstring path = Data(L"bitmap.te");
+    std::FILE* out = _wfopen(path.c_str(), L"wb");
+    ASSERT_NE(out, nullptr);
+    std::fwrite(bytes.data(), 1, bytes.size(), out);
+    std::fclose(out);
+
+    ZQTexture png(Device()), bmp(Device());
+    png.Entry(Data(L"atlas.te").c_str());
+    bmp.Entry(path.c_str());
+    ASSERT_TRUE(png.Trans(L"chunk_c") && bmp.Trans(L"chunk_c") && bmp.Trans(L"chunk_c")->texture);
+    IDirect3DTexture9* expected = png.Trans(L"chunk_c")->texture;
+    IDirect3DTexture9* actual = bmp.Trans(L"chunk_c")->texture;
+    EXPECT_EQ(LevelDesc(actual).Width, LevelDesc(expected).Width);
+    EXPECT_EQ(LevelDesc(actual).Height, LevelDesc(expected).Height);
+    // A bitmap keeps no alpha: the colours alone.
+    for (const POINT& p : {POINT{0, 0}, POINT{63, 63}, POINT{70, 10}})
+        EXPECT_EQ(ReadPixel(actual, p.x, p.y) & 0xFFFFFF, ReadPixel(expected, p.x, p.y) & 0xFFFFFF)
+            << p.x << "," << p.y;
 }
 
 TEST(ZQTexture, Log2IsStrictlyGreater) {

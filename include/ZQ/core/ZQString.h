@@ -82,7 +82,6 @@ private:
     unsigned int m_capacity = 0;
     char* m_narrow = nullptr;
     wchar_t* m_wide = nullptr;
-    wchar_t* m_scratch = nullptr;
 };
 
 } // namespace ZQ
