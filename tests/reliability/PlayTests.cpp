@@ -2,6 +2,7 @@
 // a hundred thousand frames of a realistic screen with memory flat, device resets and window resizes.
 #include "ReliabilitySupport.h"
 #include "frame/FrameTestApp.h"
+#include "support/BackBufferCopy.h"
 
 #include <gtest/gtest.h>
 
@@ -226,32 +227,17 @@ TEST_F(PlayTest, AHundredThousandFramesWithMemoryFlat) {
 namespace {
 D3DCOLOR g_spritePixel, g_textPixels;
 void ReadBack(IDirect3DDevice9* device) {
-    IDirect3DSurface9* backBuffer = nullptr;
-    IDirect3DSurface9* copy = nullptr;
-    D3DSURFACE_DESC desc;
-    D3DLOCKED_RECT locked;
-    if (SUCCEEDED(device->GetBackBuffer(0, 0, D3DBACKBUFFER_TYPE_MONO, &backBuffer)) &&
-        SUCCEEDED(backBuffer->GetDesc(&desc)) &&
-        SUCCEEDED(device->CreateOffscreenPlainSurface(desc.Width, desc.Height, desc.Format, D3DPOOL_SYSTEMMEM, &copy,
-                                                      nullptr)) &&
-        SUCCEEDED(device->GetRenderTargetData(backBuffer, copy)) &&
-        SUCCEEDED(copy->LockRect(&locked, nullptr, D3DLOCK_READONLY))) {
-        auto pixel = [&locked](int x, int y) {
-            return *reinterpret_cast<const D3DCOLOR*>(static_cast<const char*>(locked.pBits) + y * locked.Pitch +
-                                                      x * 4) |
-                   0xFF000000;
-        };
-        g_spritePixel = pixel(22, 22);
-        g_textPixels = 0;
-        for (int y = 170; y < 195; ++y)
-            for (int x = 10; x < 120; ++x)
-                g_textPixels += pixel(x, y) != 0xFF000000;
-        copy->UnlockRect();
-    }
-    if (copy)
-        copy->Release();
-    if (backBuffer)
-        backBuffer->Release();
+    UINT width = 0;
+    const std::vector<D3DCOLOR> pixels = testsupport::CopyBackBuffer(device, width);
+    auto pixel = [&](UINT x, UINT y) {
+        const size_t at = static_cast<size_t>(y) * width + x;
+        return at < pixels.size() ? pixels[at] | 0xFF000000 : 0;
+    };
+    g_spritePixel = pixel(22, 22);
+    g_textPixels = 0;
+    for (UINT y = 170; y < 195; ++y)
+        for (UINT x = 10; x < 120; ++x)
+            g_textPixels += pixel(x, y) != 0xFF000000;
 }
 } // namespace
 
