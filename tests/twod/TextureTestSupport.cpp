@@ -1,4 +1,5 @@
 #include "TextureTestSupport.h"
+#include "support/BackBufferCopy.h"
 
 #include <gtest/gtest.h>
 
@@ -116,31 +117,8 @@ void BeginFrame() {
 }
 
 void EndFrame() {
-    IDirect3DDevice9* device = Device();
-    device->EndScene();
-    IDirect3DSurface9* backBuffer = nullptr;
-    IDirect3DSurface9* copy = nullptr;
-    D3DSURFACE_DESC desc;
-    D3DLOCKED_RECT locked;
-    g_frame.clear();
-    if (SUCCEEDED(device->GetBackBuffer(0, 0, D3DBACKBUFFER_TYPE_MONO, &backBuffer)) &&
-        SUCCEEDED(backBuffer->GetDesc(&desc)) &&
-        SUCCEEDED(device->CreateOffscreenPlainSurface(desc.Width, desc.Height, desc.Format, D3DPOOL_SYSTEMMEM, &copy,
-                                                      nullptr)) &&
-        SUCCEEDED(device->GetRenderTargetData(backBuffer, copy)) &&
-        SUCCEEDED(copy->LockRect(&locked, nullptr, D3DLOCK_READONLY))) {
-        g_frameWidth = desc.Width;
-        for (UINT y = 0; y < desc.Height; ++y) {
-            const D3DCOLOR* row = reinterpret_cast<const D3DCOLOR*>(static_cast<const char*>(locked.pBits) +
-                                                                    y * static_cast<size_t>(locked.Pitch));
-            g_frame.insert(g_frame.end(), row, row + desc.Width);
-        }
-        copy->UnlockRect();
-    }
-    if (copy)
-        copy->Release();
-    if (backBuffer)
-        backBuffer->Release();
+    Device()->EndScene();
+    g_frame = testsupport::CopyBackBuffer(Device(), g_frameWidth);
 }
 
 D3DCOLOR BackBufferPixel(int x, int y) {
