@@ -144,9 +144,37 @@ struct Seed {
 
 using Loader = std::function<void(const std::wstring& path)>;
 
+// Presents too: Wine frees the device objects released since the last frame only when one ends, so a
+// run without Present would look like a leak of every texture drawn.
+void DrawOnce(const std::function<void()>& draw) {
+    Device()->Clear(0, nullptr, D3DCLEAR_TARGET, 0, 1.0f, 0);
+    Device()->BeginScene();
+    draw();
+    Device()->EndScene();
+    Device()->Present(nullptr, nullptr, nullptr, nullptr);
+}
+
+// The first draws of these chunks cost Wine's driver some 75 MB once (caches that stay): paid before
+// measuring, so that what a pass adds is what the loaders keep.
+void WarmUpDrawing() {
+    static bool done = false;
+    if (done)
+        return;
+    done = true;
+    ZQ::ZQSprite sprite(Device());
+    sprite.Entry(Data(L"pics.om").c_str());
+    D3DXVECTOR3 at(10, 10, 0);
+    D3DXCOLOR white(1, 1, 1, 1);
+    DrawOnce([&] {
+        for (const wchar_t* name : {L"chunk_a", L"chunk_b", L"chunk_c"})
+            sprite.Render(name, at, white, 0);
+    });
+}
+
 // Feeds every variant of every seed to the loader; the process's committed memory may grow by boundMb at most.
 void RunCorpus(const char* what, const std::vector<Seed>& seeds, const Loader& load, double boundMb = 48.0) {
     static Watchdog watchdog;
+    WarmUpDrawing();
     const std::wstring folder = TempFolder();
     const reliability::Memory before = reliability::SampleMemory();
     size_t count = 0;
@@ -171,18 +199,10 @@ void RunCorpus(const char* what, const std::vector<Seed>& seeds, const Loader& l
     EXPECT_LT(after.committedMb - before.committedMb, boundMb) << what;
 }
 
-void DrawOnce(const std::function<void()>& draw) {
-    Device()->Clear(0, nullptr, D3DCLEAR_TARGET, 0, 1.0f, 0);
-    Device()->BeginScene();
-    draw();
-    Device()->EndScene();
-}
 
 } // namespace
 
 TEST(Corpus, PackedTexturesWholeAndSplit) {
-    // Committed memory grows here by about 33 MB per pass over these 480 files, also after the first pass:
-    // something on the packed loading path keeps memory. Bounded loosely until that is found.
     RunCorpus("packed textures",
               {{Data(L"pics.om"), L".om", 120}, {Data(L"first.om"), L".om", 120},
                {Data(L"atlas.te"), L".te", 120}, {Data(L"wide.te"), L".te", 120}},
@@ -197,8 +217,7 @@ TEST(Corpus, PackedTexturesWholeAndSplit) {
                       for (const wchar_t* name : {L"chunk_a", L"chunk_b", L"chunk_c"})
                           whole.Render(name, at, white, 0);
                   });
-              },
-              160.0);
+              });
 }
 
 TEST(Corpus, ImagesThroughTheImageLoader) {
