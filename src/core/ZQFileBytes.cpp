@@ -1,27 +1,25 @@
 #include "src/core/ZQFileBytes.h"
 
+#include <algorithm>
 #include <new>
 
 namespace ZQ {
 
 namespace {
+
 const LONGLONG kMaxFileBytes = 1LL << 30;
-} // namespace
 
-bool ZQReadFileBytes(const wchar_t* path, std::vector<uint8_t>& bytes) {
-    return ZQReadFileBytes(path, bytes, nullptr);
-}
-
-bool ZQReadFileBytes(const wchar_t* path, std::vector<uint8_t>& bytes, HANDLE* open) {
+// Reads the first limit bytes (all of them when limit is 0, up to 1 GiB).
+bool ReadBytes(const wchar_t* path, std::vector<uint8_t>& bytes, LONGLONG limit, HANDLE* open) {
     HANDLE file = CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
                               nullptr);
     if (file == INVALID_HANDLE_VALUE)
         return false;
     LARGE_INTEGER size;
-    bool ok = GetFileSizeEx(file, &size) && size.QuadPart <= kMaxFileBytes;
+    bool ok = GetFileSizeEx(file, &size) && (limit > 0 || size.QuadPart <= kMaxFileBytes);
     if (ok) {
         try {
-            bytes.resize(static_cast<size_t>(size.QuadPart));
+            bytes.resize(static_cast<size_t>(limit > 0 ? std::min(size.QuadPart, limit) : size.QuadPart));
         } catch (const std::bad_alloc&) {
             ok = false;
         }
@@ -34,6 +32,20 @@ bool ZQReadFileBytes(const wchar_t* path, std::vector<uint8_t>& bytes, HANDLE* o
     else
         CloseHandle(file);
     return ok;
+}
+
+} // namespace
+
+bool ZQReadFileBytes(const wchar_t* path, std::vector<uint8_t>& bytes) {
+    return ReadBytes(path, bytes, 0, nullptr);
+}
+
+bool ZQReadFileBytes(const wchar_t* path, std::vector<uint8_t>& bytes, HANDLE* open) {
+    return ReadBytes(path, bytes, 0, open);
+}
+
+bool ZQReadFileHead(const wchar_t* path, std::vector<uint8_t>& bytes, size_t limit) {
+    return limit > 0 && ReadBytes(path, bytes, static_cast<LONGLONG>(limit), nullptr);
 }
 
 } // namespace ZQ

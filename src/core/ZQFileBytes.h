@@ -9,6 +9,9 @@ namespace ZQ {
 
 /// Reads the whole file; false when it cannot be opened or read, or is larger than 1 GiB.
 bool ZQReadFileBytes(const wchar_t* path, std::vector<uint8_t>& bytes);
+
+/// Reads at most limit bytes from the start of the file; false when it cannot be opened.
+bool ZQReadFileHead(const wchar_t* path, std::vector<uint8_t>& bytes, size_t limit);
 /// As above; on success the file stays open and its handle goes to *open, for the caller to close.
 bool ZQReadFileBytes(const wchar_t* path, std::vector<uint8_t>& bytes, HANDLE* open);
 

@@ -1,5 +1,7 @@
 #include "ZQPackedTexture.h"
 
+#include "ZQLittleEndian.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -8,63 +10,7 @@ namespace formats {
 
 namespace {
 
-// Little-endian reads from a buffer the caller has sized.
-uint16_t U16(const uint8_t* p) {
-    return static_cast<uint16_t>(p[0] | p[1] << 8);
-}
-uint32_t U32(const uint8_t* p) {
-    return static_cast<uint32_t>(p[0]) | static_cast<uint32_t>(p[1]) << 8 | static_cast<uint32_t>(p[2]) << 16 |
-           static_cast<uint32_t>(p[3]) << 24;
-}
-int32_t I32(const uint8_t* p) {
-    return static_cast<int32_t>(U32(p));
-}
-float F32(const uint8_t* p) {
-    const uint32_t bits = U32(p);
-    float value;
-    std::memcpy(&value, &bits, sizeof value);
-    return value;
-}
-
-void PutU16(uint8_t* p, uint16_t v) {
-    p[0] = static_cast<uint8_t>(v);
-    p[1] = static_cast<uint8_t>(v >> 8);
-}
-void PutU32(uint8_t* p, uint32_t v) {
-    for (int i = 0; i < 4; ++i)
-        p[i] = static_cast<uint8_t>(v >> (8 * i));
-}
-void PutF32(uint8_t* p, float v) {
-    uint32_t bits;
-    std::memcpy(&bits, &v, sizeof bits);
-    PutU32(p, bits);
-}
-
-std::string NarrowName(const uint8_t* p, size_t bytes) {
-    const uint8_t* end = std::find(p, p + bytes, 0);
-    return std::string(reinterpret_cast<const char*>(p), static_cast<size_t>(end - p));
-}
-
-std::u16string WideName(const uint8_t* p, size_t bytes) {
-    std::u16string name;
-    for (size_t i = 0; i + 1 < bytes; i += 2) {
-        const char16_t unit = U16(p + i);
-        if (unit == 0)
-            break;
-        name.push_back(unit);
-    }
-    return name;
-}
-
-void PutNarrowName(uint8_t* p, size_t bytes, const std::string& name) {
-    std::memcpy(p, name.data(), std::min(name.size(), bytes - 1));
-}
-
-void PutWideName(uint8_t* p, size_t bytes, const std::u16string& name) {
-    const size_t units = std::min(name.size(), bytes / 2 - 1);
-    for (size_t i = 0; i < units; ++i)
-        PutU16(p + 2 * i, name[i]);
-}
+using namespace le;
 
 // The header as far as the file holds it; missing bytes read as zero.
 template <size_t Size> void CopyHeader(const uint8_t* data, size_t size, uint8_t (&header)[Size]) {
@@ -72,13 +18,7 @@ template <size_t Size> void CopyHeader(const uint8_t* data, size_t size, uint8_t
     std::memcpy(header, data, std::min(size, Size));
 }
 
-// Records and image stop where the bytes stop: nothing is made from bytes the file lacks.
-size_t RecordsPresent(int64_t declared, size_t size, size_t offset, size_t recordSize) {
-    if (declared <= 0 || size <= offset)
-        return 0;
-    return static_cast<size_t>(std::min<int64_t>(declared, static_cast<int64_t>((size - offset) / recordSize)));
-}
-
+// Records (RecordsPresent) and image stop where the bytes stop: nothing is made from bytes the file lacks.
 void SetImage(const uint8_t* data, size_t size, size_t offset, PackedFile& file) {
     if (offset >= size)
         return;
@@ -109,9 +49,9 @@ ParseResult ParseOm(const uint8_t* data, size_t size, PackedFile& file) {
         PackedRecord& record = file.records[i];
         record.wideName = !file.versionTwo;
         if (record.wideName)
-            record.wideNameText = WideName(p, nameBytes);
+            record.wideNameText = WideText(p, nameBytes);
         else
-            record.narrowName = NarrowName(p, nameBytes);
+            record.narrowName = NarrowText(p, nameBytes);
         const uint8_t* fields = p + nameBytes;
         for (int k = 0; k < 4; ++k) {
             record.pixel[k] = I32(fields + 4 * k);
@@ -155,9 +95,9 @@ ParseResult ParseTe(const uint8_t* data, size_t size, PackedFile& file) {
         PackedRecord& record = file.records[i];
         record.wideName = wide;
         if (wide)
-            record.wideNameText = WideName(p + 16, nameBytes);
+            record.wideNameText = WideText(p + 16, nameBytes);
         else
-            record.narrowName = NarrowName(p + 16, nameBytes);
+            record.narrowName = NarrowText(p + 16, nameBytes);
         const uint8_t* fields = p + 16 + nameBytes;
         const int32_t x = I32(p), y = I32(p + 4);
         const int32_t w = I32(fields + 16), h = I32(fields + 20);
@@ -198,9 +138,9 @@ std::vector<uint8_t> WriteOm(const PackedFile& file, const std::vector<uint8_t>&
         const PackedRecord& record = file.records[i];
         uint8_t* p = bytes.data() + kOmHeaderSize + i * recordSize;
         if (file.versionTwo)
-            PutNarrowName(p, nameBytes, record.narrowName);
+            PutNarrowText(p, nameBytes, record.narrowName);
         else
-            PutWideName(p, nameBytes, record.wideNameText);
+            PutWideText(p, nameBytes, record.wideNameText);
         uint8_t* fields = p + nameBytes;
         for (int k = 0; k < 4; ++k) {
             PutU32(fields + 4 * k, static_cast<uint32_t>(record.pixel[k]));
@@ -230,9 +170,9 @@ std::vector<uint8_t> WriteTe(const PackedFile& file, const std::vector<uint8_t>&
         PutU32(p, static_cast<uint32_t>(record.pixel[0]));
         PutU32(p + 4, static_cast<uint32_t>(record.pixel[1]));
         if (wide)
-            PutWideName(p + 16, nameBytes, record.wideNameText);
+            PutWideText(p + 16, nameBytes, record.wideNameText);
         else
-            PutNarrowName(p + 16, nameBytes, record.narrowName);
+            PutNarrowText(p + 16, nameBytes, record.narrowName);
         uint8_t* fields = p + 16 + nameBytes;
         PutU32(fields, static_cast<uint32_t>(record.origin[0]));
         PutU32(fields + 4, static_cast<uint32_t>(record.origin[1]));
@@ -303,6 +243,23 @@ bool PngSize(const uint8_t* data, size_t size, uint32_t& width, uint32_t& height
     height = bigEndian(data + 20);
     // Sides of 0 or past 2^31 - 1 make no valid image.
     return width > 0 && height > 0 && width <= INT32_MAX && height <= INT32_MAX;
+}
+
+bool ImageRefused(const uint8_t* data, size_t size) {
+    if (size < 2 || data[0] != 'B' || data[1] != 'M')
+        return false;
+    if (size < 26)
+        return true;
+    const uint32_t headerSize = U32(data + 14);
+    int64_t width, height;
+    if (headerSize == 12) { // the old core header: 16-bit sides
+        width = static_cast<int16_t>(U16(data + 18));
+        height = static_cast<int16_t>(U16(data + 20));
+    } else {
+        width = I32(data + 18);
+        height = I32(data + 22);
+    }
+    return width <= 0 || width > 65535 || height == 0 || height > 65535 || height < -65535;
 }
 
 } // namespace formats

@@ -90,5 +90,9 @@ SplitChunk PlanSplitChunk(const int32_t pixel[4], uint32_t imageWidth, uint32_t 
 /// false when the bytes do not begin with a PNG signature and a valid header chunk.
 bool PngSize(const uint8_t* data, size_t size, uint32_t& width, uint32_t& height);
 
+/// True for a BMP whose header declares a side of 0, a negative width or a side past 65,535: no image
+/// loader accepts one, and Wine's BMP decoder crashes on some instead of refusing them.
+bool ImageRefused(const uint8_t* data, size_t size);
+
 } // namespace formats
 } // namespace ZQ

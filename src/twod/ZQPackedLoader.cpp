@@ -134,7 +134,7 @@ void LoadPacked(IDirect3DDevice9* device, ZQMapper* chunks, const wchar_t* file,
     // The image's size bounds the texture asked for. A PNG states it in its header; asking the image
     // loader instead costs a fifth of a decode, and the decode below reports the same information.
     HRESULT hr = E_FAIL;
-    if (device && imageBytes)
+    if (device && imageBytes && !formats::ImageRefused(packed.image, imageBytes))
         hr = formats::PngSize(packed.image, imageBytes, info.Width, info.Height)
                  ? S_OK
                  : D3DXGetImageInfoFromFileInMemory(packed.image, imageBytes, &info);

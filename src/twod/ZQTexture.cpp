@@ -1,6 +1,7 @@
 #include "ZQ/twod/ZQTexture.h"
 #include "ZQ/core/ZQLock.h"
 #include "ZQ/frame/ZQMediaSearch.h"
+#include "src/core/ZQFileBytes.h"
 #include "src/formats/ZQPackedTexture.h"
 #include "src/twod/ZQPackedLoader.h"
 
@@ -72,6 +73,9 @@ void ZQTexture::Entry(const wchar_t* name, const wchar_t* file, bool center) {
         return;
     wchar_t path[MAX_PATH];
     ZQFindDXSDKMediaFileCch(path, MAX_PATH, file);
+    std::vector<uint8_t> head;
+    if (ZQReadFileHead(path, head, 64) && formats::ImageRefused(head.data(), head.size()))
+        return;
     D3DXIMAGE_INFO info = {};
     IDirect3DTexture9* loaded = nullptr;
     if (FAILED(D3DXCreateTextureFromFileExW(m_device, path, D3DX_DEFAULT, D3DX_DEFAULT, D3DX_DEFAULT, 0,

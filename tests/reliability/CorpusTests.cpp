@@ -221,15 +221,15 @@ TEST(Corpus, PackedTexturesWholeAndSplit) {
 }
 
 TEST(Corpus, ImagesThroughTheImageLoader) {
-    // The other image formats are written here from the PNG, through D3DX. No BMP: Wine's own BMP decoder
-    // (under D3DX, not the library) crashes on a width of -1 where Windows refuses the file.
+    // The other image formats are written here from the PNG, through D3DX. Wine's own BMP decoder crashes
+    // on a width of -1 where Windows refuses the file: the library refuses such headers itself.
     IDirect3DTexture9* image = nullptr;
     ASSERT_EQ(D3DXCreateTextureFromFileW(Device(), Data(L"chunk_a.png").c_str(), &image), S_OK);
     std::vector<Seed> seeds = {{Data(L"chunk_a.png"), L".png", 150}};
     const struct {
         D3DXIMAGE_FILEFORMAT format;
         const wchar_t* suffix;
-    } others[] = {{D3DXIFF_DDS, L".dds"}, {D3DXIFF_JPG, L".jpg"}};
+    } others[] = {{D3DXIFF_DDS, L".dds"}, {D3DXIFF_JPG, L".jpg"}, {D3DXIFF_BMP, L".bmp"}};
     for (const auto& other : others) {
         const std::wstring path = TempFolder() + L"\\seed" + other.suffix;
         if (SUCCEEDED(D3DXSaveTextureToFileW(path.c_str(), other.format, image, nullptr)))
@@ -308,4 +308,31 @@ TEST(Corpus, FontFiles) {
         RECT box = {0, 0, 200, 40};
         DrawOnce([&] { font.DrawTextW(nullptr, L"Insert coin", -1, &box, DT_LEFT, 0xFFFFFFFF); });
     }, 400.0);
+}
+
+TEST(Corpus, BitmapHeadersNoDecoderAccepts) {
+    IDirect3DTexture9* image = nullptr;
+    ASSERT_EQ(D3DXCreateTextureFromFileW(Device(), Data(L"chunk_a.png").c_str(), &image), S_OK);
+    const std::wstring seed = TempFolder() + L"\\seed.bmp";
+    ASSERT_EQ(D3DXSaveTextureToFileW(seed.c_str(), D3DXIFF_BMP, image, nullptr), S_OK);
+    image->Release();
+    const Bytes valid = ReadAll(seed);
+    // Offsets 18 and 22: the info header's width and height.
+    const struct {
+        size_t at;
+        uint32_t value;
+    } patches[] = {{18, 0xFFFFFFFFu}, {18, 0}, {18, 0x7FFFFFFFu}, {22, 0}, {22, 0x80000000u}};
+    for (const auto& patch : patches) {
+        Bytes bytes = valid;
+        for (int b = 0; b < 4; ++b)
+            bytes[patch.at + b] = static_cast<uint8_t>(patch.value >> (8 * b));
+        const std::wstring path = TempFolder() + L"\\bad.bmp";
+        ASSERT_TRUE(WriteAll(path, bytes));
+        ZQ::ZQTexture texture(Device());
+        texture.Entry(L"image", path.c_str(), false);
+        EXPECT_EQ(texture.Trans(L"image"), nullptr) << "offset " << patch.at << " = " << patch.value;
+    }
+    ZQ::ZQTexture texture(Device());
+    texture.Entry(L"image", seed.c_str(), false);
+    EXPECT_NE(texture.Trans(L"image"), nullptr) << "the valid bitmap loads";
 }
