@@ -138,10 +138,7 @@ void ZQDialogAniCheckBox::OnMouse(bool down, bool left, bool right, bool middle,
         break;
     case MouseStep::ReleaseOver:
         Show(m_overName);
-        if (_ZQResponseDialog_tag* response = GetResponse()) {
-            ZQUnLock unlock(&m_lock);
-            response->OnEvent(m_id, x, y);
-        }
+        ReportUnlocked(GetResponse(), &m_lock, m_id, x, y);
         break;
     case MouseStep::Nothing:
         break;

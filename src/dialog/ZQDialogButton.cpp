@@ -138,10 +138,7 @@ void ZQDialogButton::OnMouse(bool down, bool left, bool right, bool middle, bool
         break;
     case MouseStep::ReleaseOver:
         Assign(m_shown, m_overName);
-        if (_ZQResponseDialog_tag* response = GetResponse()) {
-            ZQUnLock unlock(&m_lock);
-            response->OnEvent(m_id, x, y);
-        }
+        ReportUnlocked(GetResponse(), &m_lock, m_id, x, y);
         break;
     case MouseStep::Nothing:
         break;

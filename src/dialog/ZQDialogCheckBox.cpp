@@ -158,10 +158,7 @@ void ZQDialogCheckBox::OnMouse(bool down, bool left, bool right, bool middle, bo
         break;
     case MouseStep::ReleaseOver:
         Assign(m_shown, m_overName);
-        if (_ZQResponseDialog_tag* response = GetResponse()) {
-            ZQUnLock unlock(&m_lock);
-            response->OnEvent(m_id, x, y);
-        }
+        ReportUnlocked(GetResponse(), &m_lock, m_id, x, y);
         break;
     case MouseStep::Nothing:
         break;

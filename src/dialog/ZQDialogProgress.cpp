@@ -147,9 +147,7 @@ void ZQDialogProgress::Move(float elapsed, bool timed) {
         m_value = m_full;
         if (!m_finished && GetResponse()) {
             m_finished = true;
-            _ZQResponseDialog_tag* response = GetResponse();
-            ZQUnLock unlock(&m_lock);
-            response->OnEvent(m_id, 0, 0);
+            ReportUnlocked(GetResponse(), &m_lock, m_id, 0, 0);
         }
     }
     const float t = Fraction();

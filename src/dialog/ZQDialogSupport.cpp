@@ -1,5 +1,6 @@
 #include "src/dialog/ZQDialogSupport.h"
 
+#include "ZQ/core/ZQLock.h"
 #include "ZQ/sound/ZQSound.h"
 
 namespace ZQ {
@@ -27,6 +28,13 @@ void PlayNamed(ZQSound* sound, const wchar_t* name) {
 }
 
 } // namespace
+
+void ReportUnlocked(_ZQResponseDialog_tag* response, CRITICAL_SECTION* lock, unsigned int id, int a, int b) {
+    if (!response)
+        return;
+    ZQUnLock unlock(lock);
+    response->OnEvent(id, a, b);
+}
 
 MouseStep TrackMouse(ClickState state, bool down, bool left, bool right, bool middle, bool active, bool over,
                      bool maskPasses) {

@@ -1,5 +1,6 @@
 // What the clickable controls share: the hit rectangle of a chunk and the mouse report's kinds.
 #pragma once
+#include "ZQ/dialog/ZQResponseDialog.h"
 #include "ZQ/twod/ZQSprite.h"
 
 namespace ZQ {
@@ -30,6 +31,10 @@ struct ClickState {
     const wchar_t* overSound;
     const wchar_t* clickSound;
 };
+
+/// Sends OnEvent(id, a, b) to response when there is one, with the control's own lock released
+/// around the call (the handler may call the control back, also from another thread).
+void ReportUnlocked(_ZQResponseDialog_tag* response, CRITICAL_SECTION* lock, unsigned int id, int a, int b);
 
 /// Plays the over sound on entering and the click sound on a first press, keeps the over and pressed
 /// flags (any left release clears pressed), and says what the report means; active is enabled and shown.
