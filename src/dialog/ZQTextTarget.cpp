@@ -1,16 +1,8 @@
 #include "src/dialog/ZQTextTarget.h"
 
+#include "src/core/ZQComRelease.h"
+
 namespace ZQ {
-
-namespace {
-
-template <typename T> void SafeRelease(T*& object) {
-    if (object)
-        object->Release();
-    object = nullptr;
-}
-
-} // namespace
 
 ZQTextTarget::ZQTextTarget(IDirect3DDevice9* device, int width, int height)
     : m_device(device), m_width(width > 0 ? width : 0), m_height(height > 0 ? height : 0) {
@@ -23,7 +15,7 @@ ZQTextTarget::ZQTextTarget(IDirect3DDevice9* device, int width, int height)
 
 ZQTextTarget::~ZQTextTarget() {
     OnLostDevice();
-    SafeRelease(m_textSprite);
+    ZQSafeRelease(m_textSprite);
 }
 
 HRESULT ZQTextTarget::CreateTarget() {
@@ -45,9 +37,9 @@ HRESULT ZQTextTarget::CreateTarget() {
 }
 
 void ZQTextTarget::OnLostDevice() {
-    SafeRelease(m_renderToSurface);
-    SafeRelease(m_surface);
-    SafeRelease(m_texture);
+    ZQSafeRelease(m_renderToSurface);
+    ZQSafeRelease(m_surface);
+    ZQSafeRelease(m_texture);
     if (m_textSprite)
         m_textSprite->OnLostDevice();
 }

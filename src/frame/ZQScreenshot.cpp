@@ -1,5 +1,7 @@
 #include "ZQ/frame/ZQScreenshot.h"
 
+#include "src/core/ZQComRelease.h"
+
 namespace ZQ {
 
 namespace {
@@ -10,10 +12,7 @@ public:
     Held() = default;
     Held(const Held&) = delete;
     Held& operator=(const Held&) = delete;
-    ~Held() {
-        if (m_object)
-            m_object->Release();
-    }
+    ~Held() { ZQSafeRelease(m_object); }
     T** operator&() { return &m_object; }
     T* get() const { return m_object; }
 
