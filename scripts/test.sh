@@ -6,4 +6,4 @@ cd "$(dirname "$0")/.."
 scripts/setup.sh
 cmake --preset mingw >/dev/null
 cmake --build --preset mingw
-ctest --preset mingw "$@"
+ctest --preset mingw --output-on-failure "$@"
