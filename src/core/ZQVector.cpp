@@ -29,7 +29,8 @@ ZQVector& ZQVector::operator=(const ZQVector& other) {
     if (m_capacity < other.m_count && !resize(other.m_count))
         return *this;
     m_count = other.m_count;
-    std::memset(m_items, 0, sizeof(void*) * m_capacity * 2);
+    std::memset(m_items, 0, sizeof(void*) * m_places);
+    std::memset(m_scratch, 0, sizeof(void*) * m_places);
     std::memcpy(m_items, other.m_items, sizeof(void*) * m_count);
     m_end = m_items + m_count;
     return *this;
@@ -40,32 +41,40 @@ ZQVector::~ZQVector() {
     m_items = m_scratch = m_end = nullptr;
 }
 
-// An empty vector of n places; unchanged when they cannot be had.
+// An empty vector of n places; emptied even when they cannot be had.
 bool ZQVector::Allocate(unsigned int n) {
-    const unsigned int count = m_count;
-    m_count = 0;
-    if (resize(n))
-        return true;
-    m_count = count;
-    return false;
+    clear();
+    return resize(n);
 }
 
-// Items and scratch share one zeroed block of 2n places.
+// The capacity grows by one place at a time, but the block under it grows by half again, so that
+// filling a long list is not quadratic. Items and scratch share one zeroed block of 2 x places;
+// every item place from count on reads null.
 bool ZQVector::resize(unsigned int n) {
     if (n == 0 || n > kMaxPlaces)
         return false;
-    void** block = static_cast<void**>(std::calloc(static_cast<size_t>(n) * 2, sizeof(void*)));
+    if (n <= m_places) {
+        if (n < m_count) {
+            std::memset(m_items + n, 0, sizeof(void*) * (m_count - n));
+            m_count = n;
+        }
+        m_capacity = n;
+        m_end = m_items + m_count;
+        return true;
+    }
+    unsigned int places = m_places + m_places / 2;
+    places = places < n ? n : places > kMaxPlaces ? kMaxPlaces : places;
+    void** block = static_cast<void**>(std::calloc(static_cast<size_t>(places) * 2, sizeof(void*)));
     if (!block)
         return false;
-    const unsigned int kept = m_count < n ? m_count : n;
     if (m_items)
-        std::memcpy(block, m_items, sizeof(void*) * kept);
+        std::memcpy(block, m_items, sizeof(void*) * m_count);
     std::free(m_items);
     m_items = block;
-    m_scratch = block + n;
+    m_scratch = block + places;
+    m_places = places;
     m_capacity = n;
-    m_count = kept;
-    m_end = m_items + kept;
+    m_end = m_items + m_count;
     return true;
 }
 

@@ -82,10 +82,37 @@ void ZQ3DSpline::push_back(const _ZQ3DTcbSpline_tag& key) {
         delete copy; // the list is full
         return;
     }
-    if (m_keys.size() >= 4) {
-        DeleteCoefficients();
-        Initialize();
+    if (m_keys.size() < 4)
+        return;
+    // Only the last two segments depend on the new key: the one that ended at the old last key (whose
+    // missing neighbour was that key itself) and the new one. Recomputing just those gives the same
+    // coefficients as a full recomputation, and keeps a long path linear to load.
+    const int n = static_cast<int>(m_keys.size());
+    if (n > 4 && m_a.size() == static_cast<unsigned int>(n - 2) && AppendZeroSegment()) {
+        ComputePoly(n - 4, n - 3, n - 2, n - 1);
+        ComputePoly(n - 3, n - 2, n - 1, n - 1);
+        return;
     }
+    DeleteCoefficients();
+    Initialize();
+}
+
+// One more zero place in each coefficient list, or none at all.
+bool ZQ3DSpline::AppendZeroSegment() {
+    ZQVector* lists[] = {&m_a, &m_b, &m_c, &m_d};
+    const unsigned int before = m_a.size();
+    for (ZQVector* coefficients : lists)
+        if (D3DXVECTOR3* zero = new (std::nothrow) D3DXVECTOR3(0.0f, 0.0f, 0.0f)) {
+            coefficients->push_back(zero);
+            if (coefficients->size() == before)
+                delete zero;
+        }
+    for (ZQVector* coefficients : lists)
+        if (coefficients->size() != before + 1) {
+            DeleteCoefficients();
+            return false;
+        }
+    return true;
 }
 
 void ZQ3DSpline::clear() {

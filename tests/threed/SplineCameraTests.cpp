@@ -91,6 +91,54 @@ TEST(ZQ3DSpline, KeysAreHitAndEndsHeld) {
     ExpectNear(assigned.GetPosition(1.3f), spline.GetPosition(1.3f));
 }
 
+// A long, irregular path built key by key answers as the TCB formulas say for every segment, at every
+// length on the way: appending must leave each earlier segment as a whole recomputation would.
+TEST(ZQ3DSpline, LongPathAppendedKeyByKeyMatchesTheFormulas) {
+    std::vector<_ZQ3DTcbSpline_tag> keys;
+    float time = 0.0f;
+    for (int i = 0; i < 40; ++i) {
+        time += 0.25f + 0.125f * static_cast<float>(i % 3);
+        const D3DXVECTOR3 point(std::sin(0.7f * i) * 5.0f, std::cos(1.3f * i) * 3.0f, static_cast<float>(i % 4));
+        keys.push_back(_ZQ3DTcbSpline_tag(point, time, 0.1f * static_cast<float>(i % 5) - 0.2f,
+                                          0.15f * static_cast<float>(i % 3) - 0.15f, 0.1f * static_cast<float>(i % 2)));
+    }
+    // Tangents of segment i in doubles, from the key's neighbours (an end key stands in for its missing one).
+    auto expected = [&](int count, int i, double u) {
+        const _ZQ3DTcbSpline_tag &k0 = keys[i > 0 ? i - 1 : 0], &k1 = keys[i], &k2 = keys[i + 1];
+        const _ZQ3DTcbSpline_tag& k3 = keys[i + 2 < count ? i + 2 : count - 1];
+        const double s1 = (k2.time - k1.time) / static_cast<double>(k2.time - k0.time) * (1 - k1.tension);
+        const double s2 = (k2.time - k1.time) / static_cast<double>(k3.time - k1.time) * (1 - k2.tension);
+        const D3DXVECTOR3 d = k2.position - k1.position;
+        const D3DXVECTOR3 ts = (k1.position - k0.position) * static_cast<float>(s1 * (1 + k1.continuity) * (1 + k1.bias)) +
+                               d * static_cast<float>(s1 * (1 - k1.continuity) * (1 - k1.bias));
+        const D3DXVECTOR3 td = d * static_cast<float>(s2 * (1 - k2.continuity) * (1 + k2.bias)) +
+                               (k3.position - k2.position) * static_cast<float>(s2 * (1 + k2.continuity) * (1 - k2.bias));
+        return Hermite(k1.position, ts, k2.position, td, u);
+    };
+    ZQ3DSpline spline;
+    for (int count = 1; count <= static_cast<int>(keys.size()); ++count) {
+        spline.push_back(keys[count - 1]);
+        if (count < 4)
+            continue;
+        for (int i = 0; i + 1 < count; ++i) {
+            const double u = 0.375;
+            const float at = keys[i].time + static_cast<float>(u) * (keys[i + 1].time - keys[i].time);
+            SCOPED_TRACE(testing::Message() << count << " keys, segment " << i);
+            ExpectNear(spline.GetPosition(at), expected(count, i, u), 1e-4f);
+        }
+    }
+}
+
+// The library's lists hold 10,240 places: a longer path keeps its first 10,240 keys, and is still a path.
+TEST(ZQ3DSpline, PathIsCutAtTheListCeiling) {
+    ZQ3DSpline spline;
+    for (int i = 0; i < 12000; ++i)
+        spline.push_back(_ZQ3DTcbSpline_tag(D3DXVECTOR3(static_cast<float>(i), 0.0f, 0.0f), static_cast<float>(i)));
+    EXPECT_EQ(spline.GetKeyCount(), 10240);
+    ExpectNear(spline.GetPosition(5000.0f), D3DXVECTOR3(5000.0f, 0.0f, 0.0f));
+    ExpectNear(spline.GetPosition(20000.0f), D3DXVECTOR3(10239.0f, 0.0f, 0.0f));
+}
+
 TEST(ZQ3DCamera, TurnsAreRelativeAndWrap) {
     ZQ3DCamera camera(nullptr);
     camera.SetYaw(1.0f);

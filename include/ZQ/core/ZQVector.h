@@ -67,6 +67,7 @@ private:
     void** m_end = nullptr;
     void** m_items = nullptr;
     void** m_scratch = nullptr;
+    unsigned int m_places = 0; ///< allocated for items (and again for scratch); at least the capacity
 };
 
 } // namespace ZQ

@@ -28,7 +28,7 @@ public:
     ZQ3DSpline& operator=(const ZQ3DSpline& other);
     virtual ~ZQ3DSpline();
 
-    /// Appends a copy of the key; from four keys on, recomputes every segment.
+    /// Appends a copy of the key; from four keys on, the spline holds every segment for the current keys.
     void push_back(const _ZQ3DTcbSpline_tag& key);
     void clear();
     /// At least four keys.
@@ -47,6 +47,7 @@ private:
     void GetKeyInfo(float time, int& segment, float& localTime) const;
     const _ZQ3DTcbSpline_tag& Key(int index) const;
     void DeleteCoefficients();
+    bool AppendZeroSegment();
     void CopyFrom(const ZQ3DSpline& other);
 
     ZQVector m_keys;
