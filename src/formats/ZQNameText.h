@@ -9,24 +9,29 @@
 namespace ZQ {
 namespace formats {
 
-/// The name a record's stored text stands for: each "%%" becomes "%"; everything else is kept.
-template <typename Char> std::basic_string<Char> NameFromFormatText(const Char* text, size_t length) {
-    std::basic_string<Char> name;
-    name.reserve(length);
+/// Applies the rule in place to the first length characters; returns the new length.
+template <typename Char> size_t CollapseFormatText(Char* text, size_t length) {
+    size_t kept = 0;
     for (size_t i = 0; i < length; ++i) {
-        name += text[i];
+        text[kept++] = text[i];
         if (text[i] == Char('%') && i + 1 < length && text[i + 1] == Char('%'))
             ++i;
     }
-    return name;
+    return kept;
 }
 
-template <typename Char> std::basic_string<Char> NameFromFormatText(const std::basic_string<Char>& text) {
-    return NameFromFormatText(text.data(), text.size());
+/// The name a record's stored text stands for: each "%%" becomes "%"; everything else is kept.
+template <typename Char> std::basic_string<Char> NameFromFormatText(std::basic_string<Char> text) {
+    text.resize(CollapseFormatText(&text[0], text.size()));
+    return text;
+}
+
+template <typename Char> std::basic_string<Char> NameFromFormatText(const Char* text, size_t length) {
+    return NameFromFormatText(std::basic_string<Char>(text, length));
 }
 
 template <typename Char> std::basic_string<Char> NameFromFormatText(const Char* text) {
-    return text ? NameFromFormatText(text, std::char_traits<Char>::length(text)) : std::basic_string<Char>();
+    return text ? NameFromFormatText(std::basic_string<Char>(text)) : std::basic_string<Char>();
 }
 
 } // namespace formats

@@ -106,7 +106,7 @@ void ZQAnimate::Entry(const wchar_t* file) {
 ZQAnimateScene* ZQAnimate::Trans(const wchar_t* name) {
     if (!name)
         return nullptr;
-    return static_cast<ZQAnimateScene*>(m_scenes.find(name));
+    return static_cast<ZQAnimateScene*>(m_scenes.find_name(name));
 }
 
 ZQSprite* ZQAnimate::GetSprite() {

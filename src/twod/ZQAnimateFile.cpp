@@ -4,6 +4,7 @@
 #include "ZQ/twod/ZQAnimate.h"
 #include "src/core/ZQFileBytes.h"
 #include "src/formats/ZQAnimationFile.h"
+#include "src/formats/ZQNameText.h"
 
 #include <cstdio>
 #include <cstring>
@@ -21,9 +22,10 @@ std::wstring Wide(const std::u16string& text) {
     return std::wstring(text.begin(), text.end());
 }
 
-// Scene names are taken as text, never as format directives: a name in a file is not to be trusted.
+// A scene name is read as format text with no arguments, the safe way (src/formats/ZQNameText.h).
 ZQString SceneName(const formats::AnimationScene& scene, bool wide) {
-    return wide ? ZQString(L"%ls", Wide(scene.wideName).c_str()) : ZQString("%s", scene.narrowName.c_str());
+    return wide ? ZQString(L"%ls", formats::NameFromFormatText(Wide(scene.wideName)).c_str())
+                : ZQString("%s", formats::NameFromFormatText(scene.narrowName).c_str());
 }
 
 // Colour from packed A8R8G8B8.

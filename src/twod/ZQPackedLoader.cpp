@@ -1,9 +1,11 @@
 #include "src/twod/ZQPackedLoader.h"
 #include "src/core/ZQFileBytes.h"
+#include "src/formats/ZQNameText.h"
 #include "src/formats/ZQPackedTexture.h"
 #include "ZQ/frame/ZQMediaSearch.h"
 
 #include <algorithm>
+#include <cwchar>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -20,7 +22,7 @@ void Report(const wchar_t* format, const wchar_t* file) {
     OutputDebugStringW(message);
 }
 
-// Names are taken as text, never as format directives: a name in a file is not to be trusted. One
+// A name is read as format text with no arguments, the safe way (src/formats/ZQNameText.h). One
 // string serves every record: a string made and freed per record fragments Wine's heap, whose free
 // lists then grow with every record, and a large file's loading time with the square of its records.
 void SetChunkName(const formats::PackedRecord& record, ZQString& name) {
@@ -34,6 +36,7 @@ void SetChunkName(const formats::PackedRecord& record, ZQString& name) {
         const std::string& narrow = record.narrowName;
         MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, narrow.data(), static_cast<int>(narrow.size()), text, room);
     }
+    text[formats::CollapseFormatText(text, std::wcslen(text))] = 0;
     name = text;
 }
 

@@ -3,6 +3,7 @@
 #include "ZQ/frame/ZQMediaSearch.h"
 #include "src/core/ZQFileBytes.h"
 #include "src/formats/ZQAnimationFile.h"
+#include "src/formats/ZQNameText.h"
 
 #include <cstring>
 #include <cwchar>
@@ -33,9 +34,9 @@ void LoadSplines(ZQMapper* paths, const wchar_t* file, WORD first, WORD second) 
             chunk->spline.push_back(_3D::_ZQ3DTcbSpline_tag(
                 D3DXVECTOR3(key.position[0], key.position[1], key.position[2]), key.time, key.tension,
                 key.continuity, key.bias));
-        // The name is taken as text, never as format directives.
+        // Read as format text with no arguments, the safe way (src/formats/ZQNameText.h).
         const std::wstring wide(from.name.begin(), from.name.end());
-        ZQString name(L"%ls", wide.c_str());
+        ZQString name(L"%ls", formats::NameFromFormatText(wide).c_str());
         paths->insert(name, chunk);
     }
 }
@@ -101,7 +102,7 @@ _ZQSplineChunk_tag* ZQSpline::Trans(const wchar_t* name) {
     ZQLock lock(&m_lock);
     if (!name)
         return nullptr;
-    return static_cast<_ZQSplineChunk_tag*>(m_paths.find(name));
+    return static_cast<_ZQSplineChunk_tag*>(m_paths.find_name(name));
 }
 
 _3D::ZQ3DSpline* ZQSpline::GetSpline(const wchar_t* name) {

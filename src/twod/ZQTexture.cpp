@@ -2,6 +2,7 @@
 #include "ZQ/core/ZQLock.h"
 #include "ZQ/frame/ZQMediaSearch.h"
 #include "src/core/ZQFileBytes.h"
+#include "src/formats/ZQNameText.h"
 #include "src/formats/ZQPackedTexture.h"
 #include "src/twod/ZQPackedLoader.h"
 
@@ -105,7 +106,8 @@ void ZQTexture::Entry(const wchar_t* name, const wchar_t* file, bool center) {
         chunk->originX = static_cast<float>(width >> 1);
         chunk->originY = static_cast<float>(height >> 1);
     }
-    ZQString key(name);
+    // The name is format text with no arguments, read the safe way.
+    ZQString key(L"%ls", formats::NameFromFormatText(name).c_str());
     m_chunks.insert(key, chunk);
 }
 

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -222,4 +224,41 @@ TEST_F(AnimationTest, MultiPlayerDeletesWhatFinishes) {
     EXPECT_FALSE(player.empty());
     player.clear();
     EXPECT_TRUE(player.empty());
+}
+
+// Every loader reads a stored name as format text with no arguments: "%%" is one "%", and a conversion
+// that would read an argument stays as written (never read, never a crash).
+TEST_F(AnimationTest, StoredNamesAreFormatTextReadTheSafeWay) {
+    using Lookup = std::function<bool(const wchar_t*)>;
+    std::vector<std::unique_ptr<ZQ::ZQTexture>> textures;
+    auto packed = [&](const wchar_t* file) -> Lookup {
+        textures.emplace_back(new ZQ::ZQTexture(Device()));
+        ZQ::ZQTexture* texture = textures.back().get();
+        texture->Entry(Data(file).c_str());
+        return [texture](const wchar_t* name) { return texture->Trans(name) != nullptr; };
+    };
+    textures.emplace_back(new ZQ::ZQTexture(Device()));
+    ZQ::ZQTexture* single = textures.back().get();
+    for (const wchar_t* name : {L"V100%%", L"a%sb"})
+        single->Entry(name, Data(L"chunk_a.png").c_str(), false);
+    ZQAnimate narrow(sprite), wide(sprite);
+    narrow.Entry(Data(L"anim\\percent.am").c_str());
+    wide.Entry(Data(L"anim\\percent-wide.am").c_str());
+    ZQ::ZQSpline paths(Data(L"anim\\percent.spl").c_str(), 7, 2);
+
+    const std::pair<const char*, Lookup> loaders[] = {
+        {"atlas", packed(L"percent.te")},
+        {"wide atlas", packed(L"percent-wide.te")},
+        {"packed file", packed(L"percent.om")},
+        {"single image", [&](const wchar_t* name) { return single->Trans(name) != nullptr; }},
+        {"scenes", [&](const wchar_t* name) { return narrow.Trans(name) != nullptr; }},
+        {"wide scenes", [&](const wchar_t* name) { return wide.Trans(name) != nullptr; }},
+        {"paths", [&](const wchar_t* name) { return paths.Trans(name) != nullptr; }},
+    };
+    for (const auto& loader : loaders) {
+        SCOPED_TRACE(loader.first);
+        EXPECT_TRUE(loader.second(L"V100%"));
+        EXPECT_FALSE(loader.second(L"V100%%"));
+        EXPECT_TRUE(loader.second(L"a%sb"));
+    }
 }

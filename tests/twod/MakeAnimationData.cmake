@@ -39,6 +39,13 @@ key 1 1 1
 key 2 2 2
 ]=])
 run(${anim} spl --words 7 2 -o ${DATA}/anim/paths.spl ${DATA}/anim/paths.txt)
+# Names are format text: "%%" is registered as "%", other conversions as written.
+file(WRITE ${DATA}/anim/percent.txt "atlas sprites.te\nscene V100%%\nframe quad 0.1\nscene a%sb\nframe quad 0.1\n")
+run(${anim} am -o ${DATA}/anim/percent.am ${DATA}/anim/percent.txt)
+run(${anim} am --wide -o ${DATA}/anim/percent-wide.am ${DATA}/anim/percent.txt)
+file(WRITE ${DATA}/anim/percent-paths.txt "path V100%% 4\nkey 0 0 0\nkey 1 1 0\nkey 2 2 0\nkey 3 3 0\n"
+    "path a%sb 4\nkey 0 0 0\nkey 1 1 0\nkey 2 2 0\nkey 3 3 0\n")
+run(${anim} spl --words 7 2 -o ${DATA}/anim/percent.spl ${DATA}/anim/percent-paths.txt)
 run(${anim} spl --words 2 7 -o ${DATA}/anim/swapped.spl ${DATA}/anim/paths.txt)
 file(COPY ${DATA}/anim/narrow.am ${DATA}/anim/wide.am ${DATA}/anim/frames.ta ${DATA}/anim/paths.spl
     DESTINATION ${DATA}/anim_corpus)

@@ -18,6 +18,11 @@ run(${pack} om --quiet -o ${DATA}/named.om ${DATA}/manifest.txt)
 # its origin at its middle.
 file(WRITE ${DATA}/sprites.txt "chunk_c.png\nquad.png\nquad.png centred 16 16\n")
 run(${pack} te --quiet -o ${DATA}/sprites.te ${DATA}/sprites.txt)
+# Names are format text: "%%" is registered as "%", other conversions as written.
+file(WRITE ${DATA}/percent.txt "chunk_a.png V100%%\nchunk_b.png a%sb\nchunk_c.png 50%\n")
+run(${pack} te --quiet -o ${DATA}/percent.te ${DATA}/percent.txt)
+run(${pack} te --quiet --wide -o ${DATA}/percent-wide.te ${DATA}/percent.txt)
+run(${pack} om --quiet -o ${DATA}/percent.om ${DATA}/percent.txt)
 # Names that fool an extension test: an ".OM" file whose name also holds ".TE", and the other way round.
 file(COPY_FILE ${DATA}/pics.om ${DATA}/pics.te.om)
 file(COPY_FILE ${DATA}/atlas.te ${DATA}/atlas.om.te)
