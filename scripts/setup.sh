@@ -8,7 +8,7 @@ packages=(
     g++-mingw-w64-x86-64-posix
     wine wine64 xvfb
     clang libclang-rt-14-dev libstb-dev
-    gstreamer1.0-plugins-base gstreamer1.0-plugins-good lame sox mpg123
+    gstreamer1.0-plugins-base gstreamer1.0-plugins-good lame sox mpg123 imagemagick
     socat
     fonts-dejavu-core fonts-vlgothic
     locales

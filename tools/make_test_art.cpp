@@ -1,7 +1,11 @@
 // Writes the images the texture tests pack and load; each image's pixels tell where they came from.
 //   make_test_art DIR            the test images
 //   make_test_art DIR COUNT      COUNT images of 8 to 40 pixels a side, for the benchmarks
+//   make_test_art --wrap IMAGE WIDTH HEIGHT OUT.te
+//                                an atlas holding IMAGE's bytes as they are (any format), one chunk
+//                                "whole" of WIDTH x HEIGHT: images made by other tools, packed untouched
 #include "ZQImage.h"
+#include "ZQPackedTexture.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -50,9 +54,27 @@ bool SaveQuadrants(const std::string& dir, const char* name, int side) {
 
 } // namespace
 
+int Wrap(const std::string& imagePath, int width, int height, const std::string& out) {
+    std::vector<uint8_t> image;
+    if (!zqtools::ReadFile(imagePath, image) || width <= 0 || height <= 0)
+        return 1;
+    ZQ::formats::PackedFile atlas;
+    atlas.teTag = ZQ::formats::kTeTagNarrow;
+    atlas.width = width;
+    atlas.height = height;
+    ZQ::formats::PackedRecord whole;
+    whole.narrowName = "whole";
+    whole.pixel[2] = width;
+    whole.pixel[3] = height;
+    atlas.records.push_back(whole);
+    return zqtools::WriteFile(out, ZQ::formats::WriteTe(atlas, image)) ? 0 : 1;
+}
+
 int main(int argc, char** argv) {
+    if (argc == 6 && std::string(argv[1]) == "--wrap")
+        return Wrap(argv[2], std::atoi(argv[3]), std::atoi(argv[4]), argv[5]);
     if (argc != 2 && argc != 3) {
-        std::fputs("usage: make_test_art DIR [COUNT]\n", stderr);
+        std::fputs("usage: make_test_art DIR [COUNT] | --wrap IMAGE WIDTH HEIGHT OUT.te\n", stderr);
         return 2;
     }
     const std::string dir = argv[1];

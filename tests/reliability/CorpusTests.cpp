@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <cstdlib>
 #include <cstdio>
 #include <functional>
 #include <string>
@@ -335,4 +336,106 @@ TEST(Corpus, BitmapHeadersNoDecoderAccepts) {
     ZQ::ZQTexture texture(Device());
     texture.Entry(L"image", seed.c_str(), false);
     EXPECT_NE(texture.Trans(L"image"), nullptr) << "the valid bitmap loads";
+}
+
+namespace {
+
+std::wstring FieldImage(const std::wstring& name) {
+    wchar_t folder[MAX_PATH] = L"";
+    GetEnvironmentVariableW(L"ZQ_FIELD_IMAGES", folder, MAX_PATH);
+    return std::wstring(folder) + L"\\" + name;
+}
+
+// The colour at (x, y) of level 0, whatever the texture's format (compressed ones included).
+D3DCOLOR ColourAt(IDirect3DTexture9* texture, int x, int y) {
+    D3DSURFACE_DESC desc;
+    IDirect3DSurface9 *level = nullptr, *plain = nullptr;
+    D3DCOLOR colour = 0xDEADBEEF;
+    if (texture && SUCCEEDED(texture->GetLevelDesc(0, &desc)) && SUCCEEDED(texture->GetSurfaceLevel(0, &level)) &&
+        SUCCEEDED(Device()->CreateOffscreenPlainSurface(desc.Width, desc.Height, D3DFMT_A8R8G8B8, D3DPOOL_SYSTEMMEM,
+                                                        &plain, nullptr)) &&
+        SUCCEEDED(D3DXLoadSurfaceFromSurface(plain, nullptr, nullptr, level, nullptr, nullptr, D3DX_FILTER_NONE, 0))) {
+        D3DLOCKED_RECT locked;
+        if (SUCCEEDED(plain->LockRect(&locked, nullptr, D3DLOCK_READONLY))) {
+            colour = static_cast<const D3DCOLOR*>(locked.pBits)[y * locked.Pitch / 4 + x];
+            plain->UnlockRect();
+        }
+    }
+    if (plain)
+        plain->Release();
+    if (level)
+        level->Release();
+    return colour;
+}
+
+bool Within(D3DCOLOR a, D3DCOLOR b, int tolerance) {
+    for (int shift = 0; shift < 24; shift += 8)
+        if (std::abs(static_cast<int>(a >> shift & 0xFF) - static_cast<int>(b >> shift & 0xFF)) > tolerance)
+            return false;
+    return true;
+}
+
+} // namespace
+
+// Images as other tools write them (see MakeFieldImages.cmake), each loaded alone and from an atlas that
+// packs its bytes untouched: a format the platform decodes shows its four quadrants where they are; one it
+// does not is refused with nothing registered. Either way the answer is the same for both loaders.
+TEST(FieldImages, EveryFormatLoadsOrIsRefusedAlikeAloneAndInAnAtlas) {
+    enum Outcome { Loads, Refused };
+    struct Image {
+        const wchar_t* name;
+        const wchar_t* file;
+        bool grey;
+        int tolerance;
+        Outcome outcome;
+    };
+    const Image images[] = {
+        {L"png-rgb", L"png-rgb.png", false, 2, Loads},
+        {L"png-rgba", L"png-rgba.png", false, 2, Loads},
+        {L"png-palette", L"png-palette.png", false, 2, Loads},
+        {L"png-16bit", L"png-16bit.png", false, 2, Loads},
+        {L"png-16bit-alpha", L"png-16bit-alpha.png", false, 2, Loads},
+        {L"png-grey", L"png-grey.png", true, 2, Loads},
+        {L"png-grey-16bit", L"png-grey-16bit.png", true, 2, Loads},
+        {L"png-grey-alpha", L"png-grey-alpha.png", true, 2, Loads},
+        {L"png-interlaced", L"png-interlaced.png", false, 2, Loads},
+        {L"jpeg", L"jpeg.jpg", false, 24, Loads},
+        {L"jpeg-grey", L"jpeg-grey.jpg", true, 24, Loads},
+        {L"jpeg-progressive", L"jpeg-progressive.jpg", false, 24, Loads},
+        {L"bmp-24bit", L"bmp-24bit.bmp", false, 2, Loads},
+        {L"bmp-32bit", L"bmp-32bit.bmp", false, 2, Loads},
+        {L"bmp-palette", L"bmp-palette.bmp", false, 2, Loads},
+        {L"tga", L"tga.tga", false, 2, Loads},
+        {L"tga-rle", L"tga-rle.tga", false, 2, Loads},
+        {L"dds", L"dds.dds", false, 2, Loads},
+        {L"dds-dxt1", L"dds-dxt1.dds", false, 24, Loads},
+        {L"dds-dxt5", L"dds-dxt5.dds", false, 24, Loads},
+    };
+    const D3DCOLOR colours[4] = {0xFF0000, 0x00FF00, 0x0000FF, 0xFFFFFF};
+    const D3DCOLOR greys[4] = {0x000000, 0x404040, 0xBFBFBF, 0xFFFFFF};
+    const POINT samples[4] = {{5, 5}, {30, 5}, {5, 18}, {30, 18}};
+    for (const Image& image : images) {
+        SCOPED_TRACE(testing::Message() << image.name);
+        ZQ::ZQTexture alone(Device()), atlas(Device());
+        alone.Entry(L"whole", FieldImage(image.file).c_str(), false);
+        atlas.Entry((FieldImage(image.name) + L".te").c_str());
+        for (ZQ::ZQTexture* texture : {&alone, &atlas}) {
+            SCOPED_TRACE(texture == &alone ? "alone" : "in an atlas");
+            const ZQ::_ZQTextureChunk_tag* chunk = texture->Trans(L"whole");
+            if (image.outcome == Refused) {
+                EXPECT_EQ(chunk, nullptr);
+                continue;
+            }
+            ASSERT_NE(chunk, nullptr);
+            EXPECT_EQ(chunk->pixel.right, 37.0f);
+            EXPECT_EQ(chunk->pixel.bottom, 23.0f);
+            IDirect3DTexture9* drawn = chunk->sharedTexture ? chunk->sharedTexture : chunk->texture;
+            for (int q = 0; q < 4; ++q) {
+                const D3DCOLOR expected = (image.grey ? greys : colours)[q];
+                const D3DCOLOR got = ColourAt(drawn, samples[q].x, samples[q].y);
+                EXPECT_TRUE(Within(got, expected, image.tolerance))
+                    << "quadrant " << q << ": " << std::hex << got << " instead of " << expected;
+            }
+        }
+    }
 }
