@@ -86,6 +86,14 @@ std::string PercentWarning(const std::string& stored) {
     return warning;
 }
 
+std::string SameNameHow(const std::string& first, const std::string& later) {
+    if (first == later)
+        return "is given twice";
+    if (FoldedName(first) == FoldedName(later))
+        return "differs only in case from \"" + first + "\"";
+    return "is registered as the same name as \"" + first + "\"";
+}
+
 bool IsAscii(const std::string& text) {
     return std::none_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
 }

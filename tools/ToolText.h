@@ -19,6 +19,9 @@ std::u16string FoldedName(const std::string& utf8);
 std::string RegisteredName(const std::string& stored);
 /// Empty when the stored name's '%' signs are safe; else what the library makes of them, to warn with.
 std::string PercentWarning(const std::string& stored);
+/// How a later name that the library registers as an earlier one relates to it, for a warning:
+/// "is given twice", "differs only in case from "FIRST"" or "is registered as the same name as "FIRST"".
+std::string SameNameHow(const std::string& first, const std::string& later);
 /// True when any byte is outside ASCII.
 bool IsAscii(const std::string& text);
 /// The text upper-cased in ASCII only, as the library's extension tests do.

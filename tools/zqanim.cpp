@@ -267,9 +267,7 @@ void CheckRegisteredNames(const Manifest& manifest, const std::vector<std::strin
         const auto earlier = seen.emplace(zqtools::FoldedName(registered), i);
         if (!earlier.second) {
             const size_t first = earlier.first->second;
-            const std::string how = names[first] == names[i] ? "is given twice"
-                                                              : "differs only in case from \"" + names[first] + "\"";
-            Warn(where + how + " (line " + std::to_string(lines[first]) +
+            Warn(where + zqtools::SameNameHow(names[first], names[i]) + " (line " + std::to_string(lines[first]) +
                  "): the library's lookups ignore case and find only the first");
         }
     }

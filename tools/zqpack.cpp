@@ -237,13 +237,12 @@ void CheckNames(const std::vector<Sprite>& sprites, const Options& options, bool
     std::map<std::u16string, const Sprite*> seen;
     for (const Sprite& sprite : sprites) {
         const std::string quoted = "\"" + sprite.name + "\" (" + sprite.file + ")";
-        // The library upper-cases names, so the first of two names that differ only in case wins.
+        // The library upper-cases registered names, so the first of two that differ only in case wins.
         const auto earlier = seen.emplace(zqtools::FoldedName(zqtools::RegisteredName(sprite.name)), &sprite);
         if (!earlier.second) {
             const Sprite& first = *earlier.first->second;
-            const std::string how =
-                first.name == sprite.name ? " is given twice" : " differs only in case from \"" + first.name + "\"";
-            Warn(options, "the name " + quoted + how + " (" + first.file + "): it cannot be found, the first one is");
+            Warn(options, "the name " + quoted + " " + zqtools::SameNameHow(first.name, sprite.name) + " (" +
+                              first.file + "): it cannot be found, the first one is");
         }
         if (!wideNames && !zqtools::IsAscii(sprite.name))
             Warn(options, "the name " + quoted +

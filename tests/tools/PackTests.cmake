@@ -59,12 +59,14 @@ chunk_c.png CHUNK_B
 chunk_c.png 100%
 chunk_c.png Crème
 chunk_c.png V100%%
+chunk_c.png 100%%
 ]=])
 pack(0 out err te -o ${OUT}/named.te ${OUT}/manifest.txt)
 expect_in("${err}" "origin without a name; the name is the file's, \"chunk_b\"")
 expect_in("${err}" "\"CHUNK_B\" (${OUT}/chunk_c.png) differs only in case from \"chunk_b\"")
 expect_in("${err}" "\"100%\" (${OUT}/chunk_c.png) holds a lone '%', kept as written but fragile")
 expect_in("${err}" "\"V100%%\" (${OUT}/chunk_c.png) is registered as \"V100%\"")
+expect_in("${err}" "\"100%%\" (${OUT}/chunk_c.png) is registered as the same name as \"100%\"")
 expect_in("${err}" "\"Crème\" (${OUT}/chunk_c.png) is not ASCII")
 expect_in("${err}" "--wide")
 execute_process(COMMAND ${NATIVE_BIN}/zqinspect ${OUT}/named.te OUTPUT_VARIABLE listing)
