@@ -13,9 +13,12 @@ namespace {
 
 const char* LayoutName(AnimationLayout layout) {
     switch (layout) {
-    case AnimationLayout::AmNarrow: return "\"AMv2\" (56-byte scenes, 396-byte frames, single-byte names)";
-    case AnimationLayout::AmWide: return "\"QXR_AM\" (88-byte scenes, 428-byte frames, UTF-16 names)";
-    default: return "\"TETA\" (88-byte scenes, 692-byte frames, UTF-16 names)";
+    case AnimationLayout::AmNarrow:
+        return "\"AMv2\" (56-byte scenes, 396-byte frames, single-byte names)";
+    case AnimationLayout::AmWide:
+        return "\"QXR_AM\" (88-byte scenes, 428-byte frames, UTF-16 names)";
+    default:
+        return "\"TETA\" (88-byte scenes, 692-byte frames, UTF-16 names)";
     }
 }
 
@@ -91,8 +94,7 @@ int PrintAnimationFile(const std::string& path, const std::vector<uint8_t>& byte
                         spline.keys.size() < 4 ? " (fewer than 4: the library's spline stays at the origin)" : "");
             for (const SplineKey& key : spline.keys)
                 std::printf("    time %-8g position %g %g %g  tension %g continuity %g bias %g\n", key.time,
-                            key.position[0], key.position[1], key.position[2], key.tension, key.continuity,
-                            key.bias);
+                            key.position[0], key.position[1], key.position[2], key.tension, key.continuity, key.bias);
         }
         return 0;
     }

@@ -112,8 +112,9 @@ bool ParseWhole(const std::string& text, long long low, long long high, long lon
     const size_t start = isHex ? 2 : text[0] == '-' ? 1 : 0;
     // strtoll alone would take leading spaces, a '+', and "12abc" as 12.
     if (start >= text.size() ||
-        !std::all_of(text.begin() + static_cast<std::ptrdiff_t>(start), text.end(),
-                     [&](char c) { return isHex ? std::isxdigit(static_cast<unsigned char>(c)) != 0 : c >= '0' && c <= '9'; }))
+        !std::all_of(text.begin() + static_cast<std::ptrdiff_t>(start), text.end(), [&](char c) {
+            return isHex ? std::isxdigit(static_cast<unsigned char>(c)) != 0 : c >= '0' && c <= '9';
+        }))
         return false;
     errno = 0;
     const long long parsed = std::strtoll(text.c_str(), nullptr, isHex ? 16 : 10);
@@ -127,8 +128,8 @@ long long WholeOption(const char* tool, const std::string& option, const std::st
                       long long high, bool hex) {
     long long value = 0;
     if (!ParseWhole(text, low, high, value, hex)) {
-        std::fprintf(stderr, "%s: %s takes a whole number from %lld to %lld%s, not \"%s\"\n", tool, option.c_str(),
-                     low, high, hex ? " (decimal or 0x hexadecimal)" : "", text.c_str());
+        std::fprintf(stderr, "%s: %s takes a whole number from %lld to %lld%s, not \"%s\"\n", tool, option.c_str(), low,
+                     high, hex ? " (decimal or 0x hexadecimal)" : "", text.c_str());
         std::exit(1);
     }
     return value;

@@ -212,7 +212,8 @@ Manifest ReadManifest(const std::string& path, const std::string& atlasOption, b
                 else if (first && IsNumber(word)) // Z comes right after Y or not at all
                     key.position[2] = std::strtof(word.c_str(), nullptr);
                 else
-                    Fail(where + "unknown key field " + word + " (Z goes right after Y; then tension, continuity, bias)");
+                    Fail(where + "unknown key field " + word +
+                         " (Z goes right after Y; then tension, continuity, bias)");
             }
             manifest.paths.back().keys.push_back(key);
         } else {
@@ -255,8 +256,8 @@ void CheckLength(const std::string& what, size_t length, size_t limit) {
 
 // Names the library registers otherwise than written, or cannot find: '%' signs, and names equal but for
 // case (its lookups ignore case and find the first).
-void CheckRegisteredNames(const Manifest& manifest, const std::vector<std::string>& names, const std::vector<int>& lines,
-                          const char* what) {
+void CheckRegisteredNames(const Manifest& manifest, const std::vector<std::string>& names,
+                          const std::vector<int>& lines, const char* what) {
     std::map<std::u16string, size_t> seen;
     for (size_t i = 0; i < names.size(); ++i) {
         const std::string where = manifest.Where(lines[i]) + what + " name \"" + names[i] + "\" ";
@@ -276,8 +277,8 @@ void CheckRegisteredNames(const Manifest& manifest, const std::vector<std::strin
 // Growing lists stop at the library's ceiling: what lies beyond is dropped when the file is read.
 void CheckCeiling(const Manifest& manifest, int line, const std::string& what, size_t count, const char* things) {
     if (static_cast<long long>(count) > zqtools::kLibraryListCeiling)
-        Warn(manifest.Where(line) + what + ": " + std::to_string(count) + " " + things + " declared, the library keeps " +
-             std::to_string(zqtools::kLibraryListCeiling));
+        Warn(manifest.Where(line) + what + ": " + std::to_string(count) + " " + things +
+             " declared, the library keeps " + std::to_string(zqtools::kLibraryListCeiling));
 }
 
 AnimationFile ToAnimation(const Manifest& manifest, AnimationLayout layout) {
@@ -387,8 +388,10 @@ void PreviewScene(const AnimationScene& scene, const Atlas& atlas, const std::st
     }
     long long minX = 0, minY = 0, maxX = 1, maxY = 1;
     for (const AnimationFrame& f : scene.frames) {
-        const long long left = std::min(f.placement[0], f.placement[2]), right = std::max(f.placement[0], f.placement[2]);
-        const long long top = std::min(f.placement[1], f.placement[3]), bottom = std::max(f.placement[1], f.placement[3]);
+        const long long left = std::min(f.placement[0], f.placement[2]),
+                        right = std::max(f.placement[0], f.placement[2]);
+        const long long top = std::min(f.placement[1], f.placement[3]),
+                        bottom = std::max(f.placement[1], f.placement[3]);
         minX = std::min(minX, left - f.anchor[0]);
         minY = std::min(minY, top - f.anchor[1]);
         maxX = std::max(maxX, right - f.anchor[0]);
@@ -410,7 +413,8 @@ void PreviewScene(const AnimationScene& scene, const Atlas& atlas, const std::st
         // Signed: negative for a mirrored placement, so the chunk's left edge lands on the placement's left.
         const long long width = static_cast<long long>(f.placement[2]) - f.placement[0];
         const long long height = static_cast<long long>(f.placement[3]) - f.placement[1];
-        const long long startX = originX + f.placement[0] - f.anchor[0], startY = originY + f.placement[1] - f.anchor[1];
+        const long long startX = originX + f.placement[0] - f.anchor[0],
+                        startY = originY + f.placement[1] - f.anchor[1];
         const long long boxLeft = std::min(startX, startX + width), boxTop = std::min(startY, startY + height);
         const Chunk* chunk = atlas.Find(zqtools::ChunkName(f));
         if (chunk && width != 0 && height != 0) {
@@ -531,7 +535,6 @@ void PreviewPath(const SplinePath& spline, const std::string& output) {
     std::printf("  %s: %zu keys over %g -> %s\n", name.c_str(), spline.keys.size(), spline.time, output.c_str());
 }
 
-
 int Preview(const std::string& path, const std::string& atlasPath, const std::string& directory) {
     std::vector<uint8_t> bytes;
     if (!zqtools::ReadFile(path, bytes))
@@ -571,8 +574,9 @@ int Print(const std::string& path) {
 
 // The library's loaders pick the format by the name alone: a file named otherwise is never read as one.
 void CheckOutputName(const std::string& command, const std::string& output) {
-    const AnimationKind wanted = command == "am" ? AnimationKind::Am : command == "ta" ? AnimationKind::Ta
-                                                                                      : AnimationKind::Spl;
+    const AnimationKind wanted = command == "am"   ? AnimationKind::Am
+                                 : command == "ta" ? AnimationKind::Ta
+                                                   : AnimationKind::Spl;
     const AnimationKind named = zqtools::AnimationKindByName(output);
     if (named == wanted)
         return;

@@ -109,7 +109,8 @@ int Inspect(const char* path) {
 
 int main(int argc, char** argv) {
     std::setlocale(LC_CTYPE, "C.UTF-8");
-    const char* usage = "usage: zqinspect FILE...   (.OM, .TE: header, image, records; .AM, .TA, .SPL: scenes, paths)\n";
+    const char* usage =
+        "usage: zqinspect FILE...   (.OM, .TE: header, image, records; .AM, .TA, .SPL: scenes, paths)\n";
     if (argc < 2) {
         std::fputs(usage, stderr);
         return 2;
