@@ -545,8 +545,11 @@ int Preview(const std::string& path, const std::string& atlasPath, const std::st
         SplineFile file;
         ParseSpline(bytes.data(), bytes.size(), file);
         std::printf("%s:\n", path.c_str());
-        for (const SplinePath& spline : file.paths)
+        // Drawn as the library keeps it: no key past its lists' ceiling.
+        for (SplinePath& spline : file.paths) {
+            spline.keys.resize(std::min<size_t>(spline.keys.size(), zqtools::kLibraryListCeiling));
             PreviewPath(spline, stem + "-" + FileSafe(Utf8(spline.name)) + ".png");
+        }
         return 0;
     }
     AnimationFile file;
@@ -560,8 +563,10 @@ int Preview(const std::string& path, const std::string& atlasPath, const std::st
         Fail("a preview of " + path + " needs the atlas it draws from (--atlas)");
     const Atlas atlas = LoadAtlas(atlasPath);
     std::printf("%s:\n", path.c_str());
-    for (const AnimationScene& scene : file.scenes)
+    for (AnimationScene& scene : file.scenes) {
+        scene.frames.resize(std::min<size_t>(scene.frames.size(), zqtools::kLibraryListCeiling));
         PreviewScene(scene, atlas, stem + "-" + FileSafe(zqtools::SceneName(scene)) + ".png");
+    }
     return 0;
 }
 
