@@ -7,24 +7,28 @@
 //   zqanim preview [--atlas ATLAS] [-o DIR] FILE...
 //
 // The manifest format is described in kUsage below and in the README.
+#include "AnimationText.h"
 #include "ZQAnimationFile.h"
 #include "ZQImage.h"
 #include "ZQPackedTexture.h"
 #include "ToolText.h"
 
 #include <algorithm>
+#include <clocale>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <sstream>
 #include <string>
 #include <vector>
 
 namespace fs = std::filesystem;
 using namespace ZQ::formats;
+using zqtools::AnimationKind;
 
 namespace {
 
@@ -48,43 +52,47 @@ const char kUsage[] =
     std::exit(1);
 }
 
-std::string Upper(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), ::toupper);
-    return text;
+void Warn(const std::string& message) {
+    std::fprintf(stderr, "zqanim: warning: %s\n", message.c_str());
 }
 
 // ---- Atlases: the chunks a preview draws and a manifest's default placements come from.
 
 struct Chunk {
-    std::string name; // upper case
+    std::u16string name; // as the library registers it, folded
     int left = 0, top = 0, right = 0, bottom = 0;
 };
 
 struct Atlas {
+    std::string path;
     std::vector<Chunk> chunks;
     zqtools::Image image;
+    // A frame's chunk name is looked up as written (it is no format text); the first of equal names wins.
     const Chunk* Find(const std::string& name) const {
-        const std::string upper = Upper(name);
+        const std::u16string folded = zqtools::FoldedName(name);
         for (const Chunk& chunk : chunks)
-            if (chunk.name == upper)
+            if (chunk.name == folded)
                 return &chunk;
-        return nullptr; // the first of equal names wins, as in the library
+        return nullptr;
     }
 };
 
 Atlas LoadAtlas(const std::string& path) {
     std::vector<uint8_t> bytes;
     if (!zqtools::ReadFile(path, bytes))
-        Fail("cannot read " + path);
+        Fail("cannot read the atlas " + path);
     PackedFile packed;
-    const bool om = Upper(path).find(".OM") != std::string::npos;
+    const bool om = zqtools::UpperAscii(path).find(".OM") != std::string::npos;
     if ((om ? ParseOm(bytes.data(), bytes.size(), packed) : ParseTe(bytes.data(), bytes.size(), packed)) !=
         ParseResult::Ok)
         Fail(path + ": not an .om or .te file");
     Atlas atlas;
-    for (const PackedRecord& record : packed.records)
-        atlas.chunks.push_back({Upper(record.wideName ? Utf8(record.wideNameText) : record.narrowName),
-                                record.pixel[0], record.pixel[1], record.pixel[2], record.pixel[3]});
+    atlas.path = path;
+    for (const PackedRecord& record : packed.records) {
+        const std::string stored = record.wideName ? Utf8(record.wideNameText) : record.narrowName;
+        atlas.chunks.push_back({zqtools::FoldedName(zqtools::RegisteredName(stored)), record.pixel[0], record.pixel[1],
+                                record.pixel[2], record.pixel[3]});
+    }
     std::string error;
     if (!zqtools::DecodeImage(packed.image, packed.imageBytes, atlas.image, error))
         Fail(path + ": its image: " + error);
@@ -94,24 +102,37 @@ Atlas LoadAtlas(const std::string& path) {
 // ---- Manifests.
 
 struct Manifest {
+    std::string path;
     std::string atlas;
     std::vector<AnimationScene> scenes; // names and chunks in UTF-8 (narrowName, narrowChunk)
+    std::vector<int> sceneLines;
+    std::vector<std::vector<int>> frameLines;
     std::vector<SplinePath> paths;
     std::vector<std::string> pathNames;
+    std::vector<int> pathLines;
+    std::string Where(int line) const { return path + ":" + std::to_string(line) + ": "; }
 };
 
-Manifest ReadManifest(const std::string& path, const std::string& atlasOption) {
+bool IsNumber(const std::string& word) {
+    std::istringstream in(word);
+    float value = 0.0f;
+    return in >> value && in.peek() == std::char_traits<char>::eof();
+}
+
+// Scenes are only read, not placed nor checked against the atlas, unless withScenes.
+Manifest ReadManifest(const std::string& path, const std::string& atlasOption, bool withScenes) {
     std::ifstream in(path);
     if (!in)
         Fail("cannot read " + path);
     Manifest manifest;
+    manifest.path = path;
     manifest.atlas = atlasOption;
     std::vector<bool> placed; // per frame of the scenes, in order: given a place
     std::string line;
     int number = 0;
     while (std::getline(in, line)) {
         ++number;
-        const std::string where = path + ":" + std::to_string(number) + ": ";
+        const std::string where = manifest.Where(number);
         std::istringstream fields(line.substr(0, line.find('#')));
         std::string keyword;
         if (!(fields >> keyword))
@@ -123,7 +144,8 @@ Manifest ReadManifest(const std::string& path, const std::string& atlasOption) {
         };
         if (keyword == "atlas") {
             std::string file;
-            fields >> file;
+            if (!(fields >> file))
+                Fail(where + "atlas needs a file");
             if (manifest.atlas.empty())
                 manifest.atlas = (fs::path(path).parent_path() / file).string();
         } else if (keyword == "scene") {
@@ -131,6 +153,8 @@ Manifest ReadManifest(const std::string& path, const std::string& atlasOption) {
             if (!(fields >> scene.narrowName))
                 Fail(where + "a scene needs a name");
             manifest.scenes.push_back(scene);
+            manifest.sceneLines.push_back(number);
+            manifest.frameLines.emplace_back();
         } else if (keyword == "frame") {
             if (manifest.scenes.empty())
                 Fail(where + "a frame before any scene");
@@ -160,6 +184,7 @@ Manifest ReadManifest(const std::string& path, const std::string& atlasOption) {
             if (!hasEnd)
                 std::copy(frame.anchor, frame.anchor + 2, frame.endAnchor);
             manifest.scenes.back().frames.push_back(frame);
+            manifest.frameLines.back().push_back(number);
             placed.push_back(hasPlace);
         } else if (keyword == "path") {
             SplinePath spline;
@@ -169,6 +194,7 @@ Manifest ReadManifest(const std::string& path, const std::string& atlasOption) {
             spline.name = Utf16(name);
             manifest.paths.push_back(spline);
             manifest.pathNames.push_back(name);
+            manifest.pathLines.push_back(number);
         } else if (keyword == "key") {
             if (manifest.paths.empty())
                 Fail(where + "a key before any path");
@@ -176,36 +202,47 @@ Manifest ReadManifest(const std::string& path, const std::string& atlasOption) {
             if (!(fields >> key.time >> key.position[0] >> key.position[1]))
                 Fail(where + "a key needs its time, x and y");
             std::string word;
-            while (fields >> word) {
+            for (bool first = true; fields >> word; first = false) {
                 if (word == "tension")
                     numbers(&key.tension, 1, "tension");
                 else if (word == "continuity")
                     numbers(&key.continuity, 1, "continuity");
                 else if (word == "bias")
                     numbers(&key.bias, 1, "bias");
-                else
+                else if (first && IsNumber(word)) // Z comes right after Y or not at all
                     key.position[2] = std::strtof(word.c_str(), nullptr);
+                else
+                    Fail(where + "unknown key field " + word +
+                         " (Z goes right after Y; then tension, continuity, bias)");
             }
             manifest.paths.back().keys.push_back(key);
         } else {
             Fail(where + "unknown line " + keyword);
         }
     }
-    // Frames without a place take their chunk's size from the atlas.
+    // Frames without a place take their chunk's size from the atlas; those with one are only checked.
+    if (!withScenes)
+        return manifest;
+    if (manifest.atlas.empty()) {
+        if (std::find(placed.begin(), placed.end(), false) != placed.end())
+            Fail(path + ": a frame has no place and no atlas is given");
+        return manifest;
+    }
+    const Atlas atlas = LoadAtlas(manifest.atlas);
     size_t index = 0;
-    Atlas atlas;
-    bool atlasRead = false;
-    for (AnimationScene& scene : manifest.scenes)
-        for (AnimationFrame& frame : scene.frames) {
-            if (placed[index++])
-                continue;
-            if (manifest.atlas.empty())
-                Fail(path + ": frame " + frame.narrowChunk + " has no place and no atlas is given");
-            if (!atlasRead)
-                atlas = LoadAtlas(manifest.atlas), atlasRead = true;
+    for (size_t s = 0; s < manifest.scenes.size(); ++s)
+        for (size_t i = 0; i < manifest.scenes[s].frames.size(); ++i) {
+            AnimationFrame& frame = manifest.scenes[s].frames[i];
+            const std::string where = manifest.Where(manifest.frameLines[s][i]);
             const Chunk* chunk = atlas.Find(frame.narrowChunk);
+            if (placed[index++]) {
+                if (!chunk)
+                    Warn(where + "the atlas " + atlas.path + " has no chunk \"" + frame.narrowChunk +
+                         "\": the library draws nothing for this frame");
+                continue;
+            }
             if (!chunk)
-                Fail(path + ": frame " + frame.narrowChunk + " has no place and the atlas has no such chunk");
+                Fail(where + "frame " + frame.narrowChunk + " has no place and the atlas has no such chunk");
             frame.placement[2] = chunk->right - chunk->left;
             frame.placement[3] = chunk->bottom - chunk->top;
         }
@@ -217,11 +254,48 @@ void CheckLength(const std::string& what, size_t length, size_t limit) {
         Fail("the name \"" + what + "\" must have 1 to " + std::to_string(limit) + " characters in this layout");
 }
 
+// Names the library registers otherwise than written, or cannot find: '%' signs, and names equal but for
+// case (its lookups ignore case and find the first).
+void CheckRegisteredNames(const Manifest& manifest, const std::vector<std::string>& names,
+                          const std::vector<int>& lines, const char* what) {
+    std::map<std::u16string, size_t> seen;
+    for (size_t i = 0; i < names.size(); ++i) {
+        const std::string where = manifest.Where(lines[i]) + what + " name \"" + names[i] + "\" ";
+        const std::string percent = zqtools::PercentWarning(names[i]);
+        if (!percent.empty())
+            Warn(where + percent);
+        const std::string registered = zqtools::RegisteredName(names[i]);
+        const auto earlier = seen.emplace(zqtools::FoldedName(registered), i);
+        if (!earlier.second) {
+            const size_t first = earlier.first->second;
+            Warn(where + zqtools::SameNameHow(names[first], names[i]) + " (line " + std::to_string(lines[first]) +
+                 "): the library's lookups ignore case and find only the first");
+        }
+    }
+}
+
+// Growing lists stop at the library's ceiling: what lies beyond is dropped when the file is read.
+void CheckCeiling(const Manifest& manifest, int line, const std::string& what, size_t count, const char* things) {
+    if (static_cast<long long>(count) > zqtools::kLibraryListCeiling)
+        Warn(manifest.Where(line) + what + ": " + std::to_string(count) + " " + things +
+             " declared, the library keeps " + std::to_string(zqtools::kLibraryListCeiling));
+}
+
 AnimationFile ToAnimation(const Manifest& manifest, AnimationLayout layout) {
     AnimationFile file;
     file.layout = layout;
     const bool wide = IsWide(layout);
-    for (AnimationScene scene : manifest.scenes) {
+    std::vector<std::string> names;
+    for (size_t s = 0; s < manifest.scenes.size(); ++s) {
+        AnimationScene scene = manifest.scenes[s];
+        names.push_back(scene.narrowName);
+        const std::string where = manifest.Where(manifest.sceneLines[s]);
+        if (!wide && !zqtools::IsAscii(scene.narrowName))
+            Warn(where + "scene name \"" + scene.narrowName +
+                 "\" is not ASCII: the library reads single-byte names in the ANSI code page and will not find it "
+                 "by this name; use --wide (or ta) for UTF-16 names");
+        CheckCeiling(manifest, manifest.sceneLines[s], "scene \"" + scene.narrowName + "\"", scene.frames.size(),
+                     "frames");
         if (wide) {
             scene.wideName = Utf16(scene.narrowName);
             CheckLength(scene.narrowName, scene.wideName.size(), kSceneNameBytesWide / 2 - 1);
@@ -229,106 +303,24 @@ AnimationFile ToAnimation(const Manifest& manifest, AnimationLayout layout) {
         } else {
             CheckLength(scene.narrowName, scene.narrowName.size(), kSceneNameBytesNarrow - 1);
         }
-        for (AnimationFrame& frame : scene.frames) {
+        for (size_t i = 0; i < scene.frames.size(); ++i) {
+            AnimationFrame& frame = scene.frames[i];
             if (wide) {
                 frame.wideChunk = Utf16(frame.narrowChunk);
                 CheckLength(frame.narrowChunk, frame.wideChunk.size(), kChunkNameBytesWide / 2 - 1);
                 frame.narrowChunk.clear();
             } else {
                 CheckLength(frame.narrowChunk, frame.narrowChunk.size(), kChunkNameBytesNarrow - 1);
+                if (!zqtools::IsAscii(frame.narrowChunk))
+                    Warn(manifest.Where(manifest.frameLines[s][i]) + "chunk name \"" + frame.narrowChunk +
+                         "\" is not ASCII: the library reads single-byte names in the ANSI code page; use --wide "
+                         "(or ta) for UTF-16 names");
             }
         }
         file.scenes.push_back(scene);
     }
+    CheckRegisteredNames(manifest, names, manifest.sceneLines, "scene");
     return file;
-}
-
-// ---- Reading any of the three kinds.
-
-enum class Kind { Am, Ta, Spl, Unknown };
-
-Kind KindOf(const std::string& path, const std::vector<uint8_t>& bytes) {
-    const std::string upper = Upper(fs::path(path).filename().string());
-    if (upper.find(".AM") != std::string::npos)
-        return Kind::Am;
-    if (upper.find(".TA") != std::string::npos)
-        return Kind::Ta;
-    if (upper.find(".SPL") != std::string::npos)
-        return Kind::Spl;
-    AnimationFile probe;
-    if (ParseAm(bytes.data(), bytes.size(), probe) == ParseResult::Ok)
-        return Kind::Am;
-    if (ParseTa(bytes.data(), bytes.size(), probe) == ParseResult::Ok)
-        return Kind::Ta;
-    return Kind::Unknown;
-}
-
-const char* LayoutName(AnimationLayout layout) {
-    switch (layout) {
-    case AnimationLayout::AmNarrow: return "\"AMv2\" (56-byte scenes, 396-byte frames, single-byte names)";
-    case AnimationLayout::AmWide: return "\"QXR_AM\" (88-byte scenes, 428-byte frames, UTF-16 names)";
-    default: return "\"TETA\" (88-byte scenes, 692-byte frames, UTF-16 names)";
-    }
-}
-
-std::string SceneName(const AnimationScene& scene) {
-    return scene.wideName.empty() ? scene.narrowName : Utf8(scene.wideName);
-}
-std::string ChunkName(const AnimationFrame& frame) {
-    return frame.wideChunk.empty() ? frame.narrowChunk : Utf8(frame.wideChunk);
-}
-
-bool ReadAnimation(const std::string& path, const std::vector<uint8_t>& bytes, Kind kind, AnimationFile& file) {
-    const ParseResult result = kind == Kind::Am ? ParseAm(bytes.data(), bytes.size(), file)
-                                                : ParseTa(bytes.data(), bytes.size(), file);
-    if (result != ParseResult::Ok)
-        std::printf("%s: the magic is not %s; the library drops this file\n", path.c_str(),
-                    kind == Kind::Am ? "\"AMv2\" or \"QXR_AM\"" : "\"TETA\"");
-    return result == ParseResult::Ok;
-}
-
-int Print(const std::string& path) {
-    std::vector<uint8_t> bytes;
-    if (!zqtools::ReadFile(path, bytes))
-        Fail("cannot read " + path);
-    const Kind kind = KindOf(path, bytes);
-    if (kind == Kind::Spl) {
-        SplineFile file;
-        ParseSpline(bytes.data(), bytes.size(), file);
-        std::printf("%s: spline paths (.SPL), words %u %u, %lld paths declared, %zu present\n", path.c_str(),
-                    file.first, file.second, static_cast<long long>(file.declaredPaths), file.paths.size());
-        for (const SplinePath& spline : file.paths) {
-            std::printf("  path %s: total time %g, %lld keys declared, %zu present%s\n", Utf8(spline.name).c_str(),
-                        spline.time, static_cast<long long>(spline.declaredKeys), spline.keys.size(),
-                        spline.keys.size() < 4 ? " (fewer than 4: the library's spline stays at the origin)" : "");
-            for (const SplineKey& key : spline.keys)
-                std::printf("    time %-8g position %g %g %g  tension %g continuity %g bias %g\n", key.time,
-                            key.position[0], key.position[1], key.position[2], key.tension, key.continuity,
-                            key.bias);
-        }
-        return 0;
-    }
-    if (kind == Kind::Unknown) {
-        std::printf("%s: not a file of a kind this tool knows (.AM, .TA, .SPL)\n", path.c_str());
-        return 1;
-    }
-    AnimationFile file;
-    if (!ReadAnimation(path, bytes, kind, file))
-        return 1;
-    std::printf("%s: animations (%s), %s, %lld scenes declared, %zu present\n", path.c_str(),
-                kind == Kind::Am ? ".AM" : ".TA", LayoutName(file.layout),
-                static_cast<long long>(file.declaredScenes), file.scenes.size());
-    for (const AnimationScene& scene : file.scenes) {
-        std::printf("  scene %s: %lld frames declared, %zu present\n", SceneName(scene).c_str(),
-                    static_cast<long long>(scene.declaredFrames), scene.frames.size());
-        for (size_t i = 0; i < scene.frames.size(); ++i) {
-            const AnimationFrame& f = scene.frames[i];
-            std::printf("    %-3zu %-20s %8gs  anchor %d %d  end %d %d  place %d %d %d %d  colour %08X\n", i,
-                        ChunkName(f).c_str(), f.duration, f.anchor[0], f.anchor[1], f.endAnchor[0], f.endAnchor[1],
-                        f.placement[0], f.placement[1], f.placement[2], f.placement[3], f.colour);
-        }
-    }
-    return 0;
 }
 
 // ---- Previews.
@@ -386,24 +378,30 @@ std::string FileSafe(std::string name) {
 
 // One cell per frame, left to right: each frame drawn as the library would at scale 1 with the scene
 // standing at the cell's anchor point (the red cross), its chunk stretched into its placement and
-// multiplied by its colour. A chunk the atlas lacks is outlined in magenta (the library draws nothing).
+// multiplied by its colour. A placement whose right is left of its left (or bottom above its top)
+// shows the chunk mirrored, as the library draws it. A chunk the atlas lacks is outlined in magenta
+// (the library draws nothing).
 void PreviewScene(const AnimationScene& scene, const Atlas& atlas, const std::string& output) {
     if (scene.frames.empty()) {
-        std::printf("  %s: no frames, no preview\n", SceneName(scene).c_str());
+        std::printf("  %s: no frames, no preview\n", zqtools::SceneName(scene).c_str());
         return;
     }
     long long minX = 0, minY = 0, maxX = 1, maxY = 1;
     for (const AnimationFrame& f : scene.frames) {
-        minX = std::min<long long>(minX, static_cast<long long>(f.placement[0]) - f.anchor[0]);
-        minY = std::min<long long>(minY, static_cast<long long>(f.placement[1]) - f.anchor[1]);
-        maxX = std::max<long long>(maxX, static_cast<long long>(f.placement[2]) - f.anchor[0]);
-        maxY = std::max<long long>(maxY, static_cast<long long>(f.placement[3]) - f.anchor[1]);
+        const long long left = std::min(f.placement[0], f.placement[2]),
+                        right = std::max(f.placement[0], f.placement[2]);
+        const long long top = std::min(f.placement[1], f.placement[3]),
+                        bottom = std::max(f.placement[1], f.placement[3]);
+        minX = std::min(minX, left - f.anchor[0]);
+        minY = std::min(minY, top - f.anchor[1]);
+        maxX = std::max(maxX, right - f.anchor[0]);
+        maxY = std::max(maxY, bottom - f.anchor[1]);
     }
     const long long cellWidth = maxX - minX + 8, cellHeight = maxY - minY + 8;
     const long long frames = static_cast<long long>(scene.frames.size());
     if (cellHeight > kMaxPreviewSide || cellWidth * frames > kMaxPreviewSide) {
         std::printf("  %s: %lld frames of %lld x %lld pixels make too large a strip; no preview\n",
-                    SceneName(scene).c_str(), frames, cellWidth, cellHeight);
+                    zqtools::SceneName(scene).c_str(), frames, cellWidth, cellHeight);
         return;
     }
     zqtools::Image strip = Canvas(static_cast<int>(cellWidth * frames), static_cast<int>(cellHeight));
@@ -411,41 +409,49 @@ void PreviewScene(const AnimationScene& scene, const Atlas& atlas, const std::st
                 missing[4] = {1.0f, 0.0f, 1.0f, 1.0f};
     for (long long i = 0; i < frames; ++i) {
         const AnimationFrame& f = scene.frames[static_cast<size_t>(i)];
-        const float originX = static_cast<float>(i * cellWidth - minX + 4), originY = static_cast<float>(-minY + 4);
-        const float left = originX + static_cast<float>(f.placement[0] - f.anchor[0]);
-        const float top = originY + static_cast<float>(f.placement[1] - f.anchor[1]);
-        const float width = static_cast<float>(f.placement[2] - f.placement[0]);
-        const float height = static_cast<float>(f.placement[3] - f.placement[1]);
-        const Chunk* chunk = atlas.Find(ChunkName(f));
-        if (chunk && width > 0 && height > 0) {
+        const long long originX = i * cellWidth - minX + 4, originY = -minY + 4;
+        // Signed: negative for a mirrored placement, so the chunk's left edge lands on the placement's left.
+        const long long width = static_cast<long long>(f.placement[2]) - f.placement[0];
+        const long long height = static_cast<long long>(f.placement[3]) - f.placement[1];
+        const long long startX = originX + f.placement[0] - f.anchor[0],
+                        startY = originY + f.placement[1] - f.anchor[1];
+        const long long boxLeft = std::min(startX, startX + width), boxTop = std::min(startY, startY + height);
+        const Chunk* chunk = atlas.Find(zqtools::ChunkName(f));
+        if (chunk && width != 0 && height != 0) {
             const float colour[4] = {(f.colour >> 16 & 0xFF) / 255.0f, (f.colour >> 8 & 0xFF) / 255.0f,
                                      (f.colour & 0xFF) / 255.0f, (f.colour >> 24) / 255.0f};
-            for (int y = 0; y < static_cast<int>(height); ++y)
-                for (int x = 0; x < static_cast<int>(width); ++x) {
-                    const int sx = chunk->left + static_cast<int>((x + 0.5f) / width * (chunk->right - chunk->left));
-                    const int sy = chunk->top + static_cast<int>((y + 0.5f) / height * (chunk->bottom - chunk->top));
+            for (long long y = boxTop; y < boxTop + std::llabs(height); ++y)
+                for (long long x = boxLeft; x < boxLeft + std::llabs(width); ++x) {
+                    const float u = (static_cast<float>(x - startX) + 0.5f) / static_cast<float>(width);
+                    const float v = (static_cast<float>(y - startY) + 0.5f) / static_cast<float>(height);
+                    const int sx = chunk->left + static_cast<int>(u * static_cast<float>(chunk->right - chunk->left));
+                    const int sy = chunk->top + static_cast<int>(v * static_cast<float>(chunk->bottom - chunk->top));
                     if (sx < 0 || sy < 0 || sx >= atlas.image.width || sy >= atlas.image.height)
                         continue;
                     const uint8_t* s = atlas.image.Pixel(sx, sy);
                     const float pixel[4] = {s[0] / 255.0f * colour[0], s[1] / 255.0f * colour[1],
                                             s[2] / 255.0f * colour[2], s[3] / 255.0f * colour[3]};
-                    Blend(strip, static_cast<int>(left) + x, static_cast<int>(top) + y, pixel);
+                    Blend(strip, static_cast<int>(x), static_cast<int>(y), pixel);
                 }
         } else if (!chunk) {
-            Line(strip, left, top, left + width, top, missing);
-            Line(strip, left, top + height, left + width, top + height, missing);
-            Line(strip, left, top, left, top + height, missing);
-            Line(strip, left + width, top, left + width, top + height, missing);
+            const float left = static_cast<float>(boxLeft), top = static_cast<float>(boxTop);
+            const float right = left + static_cast<float>(std::llabs(width)),
+                        bottom = top + static_cast<float>(std::llabs(height));
+            Line(strip, left, top, right, top, missing);
+            Line(strip, left, bottom, right, bottom, missing);
+            Line(strip, left, top, left, bottom, missing);
+            Line(strip, right, top, right, bottom, missing);
         }
-        Line(strip, originX - 3, originY, originX + 3, originY, cross);
-        Line(strip, originX, originY - 3, originX, originY + 3, cross);
+        const float crossX = static_cast<float>(originX), crossY = static_cast<float>(originY);
+        Line(strip, crossX - 3, crossY, crossX + 3, crossY, cross);
+        Line(strip, crossX, crossY - 3, crossX, crossY + 3, cross);
         if (i > 0)
             Line(strip, static_cast<float>(i * cellWidth), 0, static_cast<float>(i * cellWidth),
                  static_cast<float>(cellHeight - 1), separator);
     }
     if (!zqtools::WriteFile(output, zqtools::EncodePng(strip)))
         Fail("cannot write " + output);
-    std::printf("  %s: %lld frames -> %s\n", SceneName(scene).c_str(), frames, output.c_str());
+    std::printf("  %s: %lld frames -> %s\n", zqtools::SceneName(scene).c_str(), frames, output.c_str());
 }
 
 // The TCB spline as the library evaluates it (Hermite segments from tension, continuity and bias).
@@ -533,31 +539,63 @@ int Preview(const std::string& path, const std::string& atlasPath, const std::st
     std::vector<uint8_t> bytes;
     if (!zqtools::ReadFile(path, bytes))
         Fail("cannot read " + path);
-    const Kind kind = KindOf(path, bytes);
+    const AnimationKind kind = zqtools::AnimationKindOf(path, bytes);
     const std::string stem = (fs::path(directory) / fs::path(path).filename()).string();
-    if (kind == Kind::Spl) {
+    if (kind == AnimationKind::Spl) {
         SplineFile file;
         ParseSpline(bytes.data(), bytes.size(), file);
         std::printf("%s:\n", path.c_str());
-        for (const SplinePath& spline : file.paths)
+        // Drawn as the library keeps it: no key past its lists' ceiling.
+        for (SplinePath& spline : file.paths) {
+            spline.keys.resize(std::min<size_t>(spline.keys.size(), zqtools::kLibraryListCeiling));
             PreviewPath(spline, stem + "-" + FileSafe(Utf8(spline.name)) + ".png");
+        }
         return 0;
     }
     AnimationFile file;
-    if (kind == Kind::Unknown || !ReadAnimation(path, bytes, kind, file))
+    if (kind == AnimationKind::Unknown) {
+        std::printf("%s: not a file of a kind this tool knows (.AM, .TA, .SPL)\n", path.c_str());
+        return 1;
+    }
+    if (!zqtools::ReadAnimation(path, bytes, kind, file))
         return 1;
     if (atlasPath.empty())
         Fail("a preview of " + path + " needs the atlas it draws from (--atlas)");
     const Atlas atlas = LoadAtlas(atlasPath);
     std::printf("%s:\n", path.c_str());
-    for (const AnimationScene& scene : file.scenes)
-        PreviewScene(scene, atlas, stem + "-" + FileSafe(SceneName(scene)) + ".png");
+    for (AnimationScene& scene : file.scenes) {
+        scene.frames.resize(std::min<size_t>(scene.frames.size(), zqtools::kLibraryListCeiling));
+        PreviewScene(scene, atlas, stem + "-" + FileSafe(zqtools::SceneName(scene)) + ".png");
+    }
     return 0;
+}
+
+int Print(const std::string& path) {
+    std::vector<uint8_t> bytes;
+    if (!zqtools::ReadFile(path, bytes))
+        Fail("cannot read " + path);
+    return zqtools::PrintAnimationFile(path, bytes, zqtools::AnimationKindOf(path, bytes));
+}
+
+// The library's loaders pick the format by the name alone: a file named otherwise is never read as one.
+void CheckOutputName(const std::string& command, const std::string& output) {
+    const AnimationKind wanted = command == "am"   ? AnimationKind::Am
+                                 : command == "ta" ? AnimationKind::Ta
+                                                   : AnimationKind::Spl;
+    const AnimationKind named = zqtools::AnimationKindByName(output);
+    if (named == wanted)
+        return;
+    const char* extension = wanted == AnimationKind::Am ? ".AM" : wanted == AnimationKind::Ta ? ".TA" : ".SPL";
+    Warn(output + ": the library reads a file as " + extension + " only when its name holds \"" + extension +
+         "\" (in any case)" +
+         (named == AnimationKind::Unknown ? "" : std::string(", and this name makes it another kind")) +
+         "; name it like OUT" + std::string(extension));
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
+    std::setlocale(LC_CTYPE, "C.UTF-8");
     if (argc < 2) {
         std::fputs(kUsage, stderr);
         return 2;
@@ -569,7 +607,7 @@ int main(int argc, char** argv) {
     }
     std::string output, atlas, directory = ".";
     bool wide = false, haveWords = false;
-    unsigned long words[2] = {0, 0};
+    long long words[2] = {0, 0};
     std::vector<std::string> inputs;
     for (int i = 2; i < argc; ++i) {
         const std::string arg = argv[i];
@@ -580,15 +618,15 @@ int main(int argc, char** argv) {
         };
         if (arg == "-o")
             (command == "preview" ? directory : output) = value();
-        else if (arg == "--atlas")
+        else if (arg == "--atlas") {
             atlas = value();
-        else if (arg == "--wide")
+            if (!std::ifstream(atlas))
+                Fail("--atlas: cannot read " + atlas);
+        } else if (arg == "--wide")
             wide = true;
         else if (arg == "--words") {
-            words[0] = std::strtoul(value().c_str(), nullptr, 0);
-            words[1] = std::strtoul(value().c_str(), nullptr, 0);
-            if (words[0] > 0xFFFF || words[1] > 0xFFFF)
-                Fail("the words are 16-bit values");
+            words[0] = zqtools::WholeOption("zqanim", "--words", value(), 0, 0xFFFF, true);
+            words[1] = zqtools::WholeOption("zqanim", "--words", value(), 0, 0xFFFF, true);
             haveWords = true;
         } else if (arg == "--help" || arg == "-h") {
             std::fputs(kUsage, stdout);
@@ -612,17 +650,22 @@ int main(int argc, char** argv) {
         std::fputs(kUsage, stderr);
         return 2;
     }
-    const Manifest manifest = ReadManifest(inputs[0], atlas);
+    if (command == "spl" && !haveWords)
+        Fail("spl needs the two identification words its readers expect (--words FIRST SECOND)");
+    CheckOutputName(command, output);
+    const Manifest manifest = ReadManifest(inputs[0], atlas, command != "spl");
     std::vector<uint8_t> bytes;
     if (command == "spl") {
-        if (!haveWords)
-            Fail("spl needs the two identification words its readers expect (--words FIRST SECOND)");
         SplineFile file;
         file.first = static_cast<uint16_t>(words[0]);
         file.second = static_cast<uint16_t>(words[1]);
         file.paths = manifest.paths;
-        for (size_t i = 0; i < file.paths.size(); ++i)
+        for (size_t i = 0; i < file.paths.size(); ++i) {
             CheckLength(manifest.pathNames[i], file.paths[i].name.size(), kSplineNameBytes / 2 - 1);
+            CheckCeiling(manifest, manifest.pathLines[i], "path \"" + manifest.pathNames[i] + "\"",
+                         file.paths[i].keys.size(), "keys");
+        }
+        CheckRegisteredNames(manifest, manifest.pathNames, manifest.pathLines, "path");
         bytes = WriteSpline(file);
     } else {
         const AnimationLayout layout =

@@ -2,13 +2,14 @@
 //
 //   zqinspect FILE...
 //
-// The kind is told by the name, as the library does (".OM" before ".TE", anywhere in the upper-cased
-// name), or else by the file's first bytes.
+// The kind is told by the name, as the library does (".OM" before ".TE", then ".AM", ".TA", ".SPL",
+// anywhere in the upper-cased name), or else by the file's first bytes.
+#include "AnimationText.h"
 #include "ZQImage.h"
 #include "ZQPackedTexture.h"
 #include "ToolText.h"
 
-#include <algorithm>
+#include <clocale>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -47,6 +48,14 @@ void PrintRecords(const PackedFile& file, bool atlas) {
             std::printf(" %d %d %d %d", r.trim[0], r.trim[1], r.trim[2], r.trim[3]);
         std::printf("\n");
     }
+    // The library registers each name as format text: say where that is not the name as stored.
+    for (size_t i = 0; i < file.records.size(); ++i) {
+        const PackedRecord& r = file.records[i];
+        const std::string name = r.wideName ? Utf8(r.wideNameText) : r.narrowName;
+        const std::string warning = zqtools::PercentWarning(name);
+        if (!warning.empty())
+            std::printf("  record %zu: the name \"%s\" %s\n", i, name.c_str(), warning.c_str());
+    }
 }
 
 int Inspect(const char* path) {
@@ -55,11 +64,13 @@ int Inspect(const char* path) {
         std::fprintf(stderr, "zqinspect: cannot read %s\n", path);
         return 1;
     }
-    std::string upper(path);
-    std::transform(upper.begin(), upper.end(), upper.begin(), ::toupper);
+    const std::string upper = zqtools::UpperAscii(path);
     bool om = upper.find(".OM") != std::string::npos;
     bool te = !om && upper.find(".TE") != std::string::npos;
     if (!om && !te) {
+        const zqtools::AnimationKind kind = zqtools::AnimationKindOf(path, bytes);
+        if (kind != zqtools::AnimationKind::Unknown)
+            return zqtools::PrintAnimationFile(path, bytes, kind);
         om = bytes.size() >= 5 && std::memcmp(bytes.data(), ZQ::formats::kOmMagic, 5) == 0;
         te = !om && bytes.size() >= 2;
     }
@@ -90,14 +101,16 @@ int Inspect(const char* path) {
         PrintRecords(file, true);
         return 0;
     }
-    std::printf("%s: not a file of a kind this tool knows (.OM, .TE)\n", path);
+    std::printf("%s: not a file of a kind this tool knows (.OM, .TE, .AM, .TA, .SPL)\n", path);
     return 1;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    const char* usage = "usage: zqinspect FILE...   (.OM and .TE files: header, image, records)\n";
+    std::setlocale(LC_CTYPE, "C.UTF-8");
+    const char* usage =
+        "usage: zqinspect FILE...   (.OM, .TE: header, image, records; .AM, .TA, .SPL: scenes, paths)\n";
     if (argc < 2) {
         std::fputs(usage, stderr);
         return 2;

@@ -18,7 +18,7 @@
 #include <cstdlib>
 #include <clocale>
 #include <cstring>
-#include <cwctype>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -85,18 +85,17 @@ void Warn(const Options& options, const std::string& message) {
 }
 
 bool IsImageFile(const fs::path& path) {
-    std::string extension = path.extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(), ::tolower);
-    for (const char* known : {".png", ".jpg", ".jpeg", ".bmp", ".tga", ".gif", ".psd"})
+    const std::string extension = zqtools::UpperAscii(path.extension().string());
+    for (const char* known : {".PNG", ".JPG", ".JPEG", ".BMP", ".TGA", ".GIF", ".PSD"})
         if (extension == known)
             return true;
     return false;
 }
 
+// Origins are stored as 32-bit integers.
 bool IsNumber(const std::string& text) {
-    char* end = nullptr;
-    std::strtol(text.c_str(), &end, 10);
-    return !text.empty() && *end == 0;
+    long long value = 0;
+    return zqtools::ParseWhole(text, INT32_MIN, INT32_MAX, value);
 }
 
 void AddManifest(const fs::path& manifest, std::vector<Sprite>& sprites, const Options& options) {
@@ -128,9 +127,9 @@ void AddManifest(const fs::path& manifest, std::vector<Sprite>& sprites, const O
             Fail(where + "an origin needs x and y");
         if (words.size() == 4) {
             if (!IsNumber(words[2]) || !IsNumber(words[3]))
-                Fail(where + "the origin must be two whole numbers");
-            sprite.originX = std::atoi(words[2].c_str());
-            sprite.originY = std::atoi(words[3].c_str());
+                Fail(where + "the origin must be two whole numbers of 32 bits");
+            sprite.originX = static_cast<int>(std::strtol(words[2].c_str(), nullptr, 10));
+            sprite.originY = static_cast<int>(std::strtol(words[3].c_str(), nullptr, 10));
             sprite.hasOrigin = true;
         }
         sprites.push_back(sprite);
@@ -238,23 +237,20 @@ void CheckNames(const std::vector<Sprite>& sprites, const Options& options, bool
     std::map<std::u16string, const Sprite*> seen;
     for (const Sprite& sprite : sprites) {
         const std::string quoted = "\"" + sprite.name + "\" (" + sprite.file + ")";
-        // The library upper-cases names, so the first of two names that differ only in case wins.
-        std::u16string folded = Utf16(sprite.name);
-        for (char16_t& unit : folded)
-            unit = static_cast<char16_t>(std::towupper(unit));
-        const auto earlier = seen.emplace(folded, &sprite);
+        // The library upper-cases registered names, so the first of two that differ only in case wins.
+        const auto earlier = seen.emplace(zqtools::FoldedName(zqtools::RegisteredName(sprite.name)), &sprite);
         if (!earlier.second) {
             const Sprite& first = *earlier.first->second;
-            const std::string how =
-                first.name == sprite.name ? " is given twice" : " differs only in case from \"" + first.name + "\"";
-            Warn(options, "the name " + quoted + how + " (" + first.file + "): it cannot be found, the first one is");
+            Warn(options, "the name " + quoted + " " + zqtools::SameNameHow(first.name, sprite.name) + " (" +
+                              first.file + "): it cannot be found, the first one is");
         }
-        if (!wideNames && std::any_of(sprite.name.begin(), sprite.name.end(), [](char c) { return c & 0x80; }))
+        if (!wideNames && !zqtools::IsAscii(sprite.name))
             Warn(options, "the name " + quoted +
                               " is not ASCII: single-byte names are read in the machine's code page; use " +
                               (options.atlas ? "--wide" : "--v1") + " for UTF-16 names");
-        if (sprite.name.find('%') != std::string::npos)
-            Warn(options, "the name " + quoted + " holds '%', which the library reads as format text");
+        const std::string percent = zqtools::PercentWarning(sprite.name);
+        if (!percent.empty())
+            Warn(options, "the name " + quoted + " " + percent);
     }
 }
 
@@ -292,18 +288,21 @@ Options ParseOptions(int argc, char** argv) {
         else if (arg == "--quiet")
             options.quiet = true;
         else if (arg == "--padding")
-            options.padding = std::max(0, std::atoi(value().c_str()));
-        else if (arg == "--max-size") {
-            options.maxSide = std::atoi(value().c_str());
-            if (options.maxSide < 1 || options.maxSide > kLargestSide)
-                Fail("--max-size takes 1 to " + std::to_string(kLargestSide));
-        } else if (arg == "--size") {
+            options.padding = static_cast<int>(zqtools::WholeOption("zqpack", arg, value(), 0, kLargestSide));
+        else if (arg == "--max-size")
+            options.maxSide = static_cast<int>(zqtools::WholeOption("zqpack", arg, value(), 1, kLargestSide));
+        else if (arg == "--size") {
             const std::string size = value();
-            char end = 0;
+            const size_t x = size.find('x');
+            long long width = 0, height = 0;
             // Texture coordinates are fractions of the atlas: a texture of another size would not match them.
-            if (std::sscanf(size.c_str(), "%dx%d%c", &options.width, &options.height, &end) != 2 ||
-                !IsPowerOfTwoSide(options.width) || !IsPowerOfTwoSide(options.height))
-                Fail("--size takes WIDTHxHEIGHT, each a power of two from 1 to " + std::to_string(kLargestSide));
+            if (x == std::string::npos || !zqtools::ParseWhole(size.substr(0, x), 1, kLargestSide, width) ||
+                !zqtools::ParseWhole(size.substr(x + 1), 1, kLargestSide, height) ||
+                !IsPowerOfTwoSide(static_cast<int>(width)) || !IsPowerOfTwoSide(static_cast<int>(height)))
+                Fail("--size takes WIDTHxHEIGHT, each a power of two from 1 to " + std::to_string(kLargestSide) +
+                     ", not \"" + size + "\"");
+            options.width = static_cast<int>(width);
+            options.height = static_cast<int>(height);
         } else if (!arg.empty() && arg[0] == '-')
             Fail("unknown option " + arg);
         else
@@ -313,6 +312,11 @@ Options ParseOptions(int argc, char** argv) {
         std::fputs(kUsage, stderr);
         std::exit(2);
     }
+    // Padding wider than the atlas leaves no room for any image.
+    const int largest = options.width > 0 ? std::max(options.width, options.height) : options.maxSide;
+    if (options.padding > largest)
+        Fail("--padding " + std::to_string(options.padding) + " is wider than the atlas can be (" +
+             std::to_string(largest) + " pixels)");
     return options;
 }
 
