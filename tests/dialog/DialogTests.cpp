@@ -441,3 +441,37 @@ TEST_F(DialogTest, AControlWhosePictureIsUnknownIsNeverHit) {
         EXPECT_FALSE(c.changed(dialog)) << c.name;
     }
 }
+
+TEST_F(DialogTest, PixelMasksHoldAtFractionalPositions) {
+    // "holed" is 32 x 32 with its left half transparent. A mask lies at the truncated position, so each
+    // click within the hit rectangle hits exactly when its column from there is 16 or more.
+    struct Position {
+        float x, y;
+    } positions[] = {{-0.5f, 40.0f}, {40.0f, -0.5f}, {-3.5f, -2.5f}, {40.5f, 40.5f}};
+    const char* const kinds[] = {"button", "check box", "radio button"};
+    for (const char* kind : kinds)
+        for (const Position& p : positions) {
+            ZQDialog dialog(sprite, sound, &recorder);
+            D3DXVECTOR3 at(p.x, p.y, 0.0f);
+            if (kind == kinds[0])
+                dialog.AddButton(1, L"holed", L"holed", L"holed", L"holed", at, true);
+            else if (kind == kinds[1])
+                dialog.AddCheckBox(1, L"holed", L"mark", L"holed", L"holed", at, true);
+            else
+                dialog.AddRadioButton(1, 1, L"holed", L"holed", L"holed", L"holed", at, false, true);
+            const int left = static_cast<int>(p.x), top = static_cast<int>(p.y);
+            int opaque = 0, opaqueHits = 0, clearHits = 0;
+            for (int y = top; y < top + 32; ++y)
+                for (int x = left; x < left + 32; ++x) {
+                    if (x < p.x || y < p.y || x > p.x + 32.0f || y > p.y + 32.0f)
+                        continue; // off the hit rectangle
+                    recorder.events.clear();
+                    Click(dialog, x, y);
+                    const bool onOpaque = x - left >= 16;
+                    opaque += onOpaque;
+                    (onOpaque ? opaqueHits : clearHits) += static_cast<int>(recorder.events.size());
+                }
+            EXPECT_EQ(opaqueHits, opaque) << kind << " at " << p.x << ", " << p.y;
+            EXPECT_EQ(clearHits, 0) << kind << " at " << p.x << ", " << p.y;
+        }
+}
