@@ -2,8 +2,6 @@
 // window, text drawn through the controls' own textures, bars and gauges reporting, numbers drawn.
 #include "dialog/DialogTestSupport.h"
 
-#include <imm.h>
-
 #include <algorithm>
 #include <memory>
 
@@ -82,14 +80,6 @@ protected:
         static_cast<ZQDialog*>(context)->OnMsgProc(hWnd, msg, wParam, lParam, done, nullptr);
         return 0;
     }
-    void SetNative(bool native) {
-        HIMC context = ImmGetContext(window);
-        ImmSetOpenStatus(context, TRUE);
-        DWORD conversion = 0, sentence = 0;
-        ImmGetConversionStatus(context, &conversion, &sentence);
-        ImmSetConversionStatus(context, native ? IME_CMODE_NATIVE : IME_CMODE_ALPHANUMERIC, sentence);
-        ImmReleaseContext(window, context);
-    }
     void Type(const std::wstring& text) {
         for (wchar_t c : text)
             SendMessageW(window, WM_CHAR, c, 0);
@@ -133,7 +123,7 @@ TEST_F(ControlTest, TypedCharactersPassTheConversionModesFilter) {
         ZQRect field(10.0f, 10.0f, 10.0f + c.width, 30.0f);
         dialog.AddEditBox(1, font, field, white, DT_LEFT);
         Route(&dialog);
-        SetNative(c.native);
+        SetNative(window, c.native);
         Type(c.typed);
         EXPECT_EQ(std::wstring(dialog.GetEditBox(1)->GetText()), c.expected) << c.name;
         EXPECT_EQ(std::wstring(dialog.GetEditBox(1)->GetDisplay()), c.expected + L"|") << c.name;
@@ -147,7 +137,7 @@ TEST_F(ControlTest, TheInputMethodsCompositionIsShownThenCommitted) {
     dialog.AddEditBox(1, font, field, white, DT_LEFT);
     ZQ::ZQDialogEditBox* box = dialog.GetEditBox(1);
     Route(&dialog);
-    SetNative(true);
+    SetNative(window, true);
     HIMC context = ImmGetContext(window);
     const wchar_t kana[] = L"\x304B\x306A";
     ASSERT_TRUE(ImmSetCompositionStringW(context, SCS_SETSTR, const_cast<wchar_t*>(kana), sizeof kana - 2, nullptr, 0));
@@ -159,11 +149,7 @@ TEST_F(ControlTest, TheInputMethodsCompositionIsShownThenCommitted) {
     ASSERT_TRUE(ImmNotifyIME(context, NI_COMPOSITIONSTR, CPS_COMPLETE, 0));
     ImmReleaseContext(window, context);
     EXPECT_STREQ(box->GetText(), L"\x304B\x306A");
-    MSG msg;
-    while (PeekMessageW(&msg, window, 0, 0, PM_REMOVE)) { // the result again as characters: native mode refuses
-        TranslateMessage(&msg);
-        DispatchMessageW(&msg);
-    }
+    Pump(); // whatever comes after the result
     EXPECT_STREQ(box->GetText(), L"\x304B\x306A");
 
     Type(L"\b");
