@@ -272,17 +272,9 @@ TEST_F(ControlTest, TimedControlsReportOnceOnTheFrameTheirTimeIsUp) {
     ZQRect path(20.0f, 100.0f, 220.0f, 140.0f);
     dialog.AddTimeBar(1, L"bar", barAt, 10.0f, 1);
     dialog.AddTimeGauge(2, L"marker", path, 3.0f);
-    const float step = 1.0f / 60.0f;
-    // The frame on which the summed frame times reach the duration.
-    auto dueFrame = [step](float seconds) {
-        float sum = 0.0f;
-        int frame = 0;
-        while (sum / seconds < 1.0f) {
-            sum += step;
-            ++frame;
-        }
-        return frame;
-    };
+    // 64 frames a second: every sum of frame times is exact, so the durations are reached on frames
+    // 3 x 64 and 10 x 64, neither earlier nor later.
+    const float step = 1.0f / 64.0f;
     std::vector<std::pair<unsigned int, int>> reports;
     recorder.onEvent = [&](unsigned int id) { reports.push_back({id, 0}); };
     for (int frame = 1; frame <= 700; ++frame) {
@@ -292,8 +284,8 @@ TEST_F(ControlTest, TimedControlsReportOnceOnTheFrameTheirTimeIsUp) {
             reports[i].second = frame;
     }
     ASSERT_EQ(reports.size(), 2u) << "each reports once";
-    EXPECT_EQ(reports[0], std::make_pair(2u, dueFrame(3.0f)));
-    EXPECT_EQ(reports[1], std::make_pair(1u, dueFrame(10.0f)));
+    EXPECT_EQ(reports[0], std::make_pair(2u, 192));
+    EXPECT_EQ(reports[1], std::make_pair(1u, 640));
     EXPECT_EQ(dialog.GetTimeBar(1)->GetfElapsedTime(), 10.0f);
     const D3DXVECTOR3 rest = dialog.GetTimeGauge(2)->Delta();
     EXPECT_EQ(rest.x, 220.0f);
