@@ -1,6 +1,7 @@
 #include "ZQ/dialog/ZQDialog.h"
 
 #include "ZQ/core/ZQLock.h"
+#include "src/dialog/ZQDialogSupport.h"
 
 #include <new>
 
@@ -310,8 +311,7 @@ template <typename Radio> bool ZQDialog::ResolveGroups(ZQMapper& groups, int x, 
         ZQVector* group = static_cast<ZQVector*>(it->value);
         for (unsigned int i = 0; i < group->size(); ++i) {
             Radio* hit = static_cast<Radio*>((*group)[static_cast<int>(i)]);
-            if (!hit || hit->GetDisable() || !hit->GetShow() ||
-                !hit->GetRect().isOverlap(static_cast<float>(x), static_cast<float>(y)))
+            if (!hit || hit->GetDisable() || !hit->GetShow() || !IsOver(hit->GetRect(), x, y))
                 continue;
             if (hit->GetMask() && !hit->check(x, y))
                 return false;

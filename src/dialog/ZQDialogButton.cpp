@@ -121,7 +121,7 @@ void ZQDialogButton::OnFrameRender(IDirect3DDevice9*, double, float, void*) {
 
 void ZQDialogButton::OnMouse(bool down, bool left, bool right, bool middle, bool, bool, int, int x, int y, void*) {
     ZQLock lock(&m_lock);
-    const bool over = m_hit.isOverlap(x, y);
+    const bool over = IsOver(m_hit, x, y);
     const bool maskPasses = !m_pixelExact || check(x, y);
     switch (TrackMouse({m_over, m_pressed, m_sound, m_overSound, m_clickSound}, down, left, right, middle,
                        !m_disabled && m_show, over, maskPasses)) {

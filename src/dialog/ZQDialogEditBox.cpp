@@ -162,7 +162,17 @@ void ZQDialogEditBox::OnChar(HWND hWnd, wchar_t c) {
     ImmReleaseContext(hWnd, context);
 }
 
-void ZQDialogEditBox::OnComposition(HWND hWnd, LPARAM parts) {
+namespace {
+
+// At most 512 bytes of the context's string, terminated.
+void ReadString(HIMC context, DWORD part, wchar_t (&text)[257]) {
+    const LONG bytes = ImmGetCompositionStringW(context, part, text, 512);
+    text[bytes < 0 ? 0 : bytes > 512 ? 256 : bytes / 2] = L'\0';
+}
+
+} // namespace
+
+bool ZQDialogEditBox::OnComposition(HWND hWnd, LPARAM parts) {
     HIMC context = ImmGetContext(hWnd);
     // Far off the screen, so that only the box shows the composition.
     COMPOSITIONFORM form = {};
@@ -171,28 +181,44 @@ void ZQDialogEditBox::OnComposition(HWND hWnd, LPARAM parts) {
     form.ptCurrentPos.y = 3000;
     ImmSetCompositionWindow(context, &form);
     wchar_t text[257] = {};
-    if (parts & GCS_COMPSTR) {
-        const LONG bytes = ImmGetCompositionStringW(context, GCS_COMPSTR, text, 512);
-        text[bytes > 0 ? bytes / 2 : 0] = L'\0';
-        m_composition.clear();
-        m_composition += text;
-    } else if (parts & GCS_RESULTSTR) {
-        const LONG bytes = ImmGetCompositionStringW(context, GCS_RESULTSTR, text, 512);
-        text[bytes > 0 ? bytes / 2 : 0] = L'\0';
+    bool committed = false;
+    if ((parts & GCS_RESULTSTR) && !(parts & GCS_COMPSTR)) {
+        ReadString(context, GCS_RESULTSTR, text);
         m_committed += text; // the maximum length is not checked for what the input method commits
         m_composition.clear();
+        committed = true;
+    } else {
+        // Without either part the composition is read again: a cancel has emptied it.
+        ReadString(context, GCS_COMPSTR, text);
+        m_composition.clear();
+        m_composition += text;
     }
     ImmReleaseContext(hWnd, context);
+    return committed;
 }
 
-LRESULT ZQDialogEditBox::OnMsgProc(HWND hWnd, UINT msg, WPARAM wParam, LPARAM lParam, bool*, void*) {
+LRESULT ZQDialogEditBox::OnMsgProc(HWND hWnd, UINT msg, WPARAM wParam, LPARAM lParam, bool* noFurtherProcessing,
+                                   void*) {
     ZQLock lock(&m_lock);
-    if (!m_acquired || m_disabled || (msg != WM_CHAR && msg != WM_IME_COMPOSITION))
+    if (!m_acquired || m_disabled)
         return msg;
-    if (msg == WM_CHAR)
+    switch (msg) {
+    case WM_CHAR:
         OnChar(hWnd, static_cast<wchar_t>(LOWORD(wParam)));
-    else
-        OnComposition(hWnd, lParam);
+        break;
+    case WM_IME_COMPOSITION:
+        // The default handling would send the result again as WM_IME_CHAR and WM_CHAR, and the ASCII
+        // characters among them would pass the filter a second time.
+        if (OnComposition(hWnd, lParam) && noFurtherProcessing)
+            *noFurtherProcessing = true;
+        break;
+    case WM_IME_ENDCOMPOSITION:
+        // After a result the composition is empty already; without one it was cancelled.
+        m_composition.clear();
+        break;
+    default:
+        return msg;
+    }
     Convert_NoLock(true);
     return msg;
 }

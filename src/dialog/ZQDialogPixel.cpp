@@ -28,6 +28,8 @@ void ZQDialogPixel::CopyFrom(const ZQDialogPixel& other) {
     m_maskTop = other.m_maskTop;
     m_maskRight = other.m_maskRight;
     m_maskBottom = other.m_maskBottom;
+    m_maskWidth = other.m_maskWidth;
+    m_maskHeight = other.m_maskHeight;
     const SIZE_T bytes = other.m_mask ? GlobalSize(other.m_mask) : 0;
     if (bytes && (m_mask = static_cast<unsigned char*>(GlobalAlloc(GMEM_FIXED, bytes))) != nullptr)
         std::memcpy(m_mask, other.m_mask, bytes);
@@ -51,6 +53,8 @@ void ZQDialogPixel::GetTexImage(_ZQTextureChunk_tag* chunk, D3DXVECTOR3& positio
     if (!grown)
         return;
     m_mask = static_cast<unsigned char*>(grown);
+    m_maskWidth = width;
+    m_maskHeight = height;
     std::memset(m_mask, 0, bytes);
 
     // A chunk with a texture of its own starts at that texture's corner; one in a shared atlas at its
@@ -83,13 +87,11 @@ void ZQDialogPixel::GetTexImage(_ZQTextureChunk_tag* chunk, D3DXVECTOR3& positio
 bool ZQDialogPixel::check(int x, int y) {
     if (!m_mask)
         return false;
-    const int width = static_cast<int>(m_maskRight) - static_cast<int>(m_maskLeft);
-    const int height = static_cast<int>(m_maskBottom) - static_cast<int>(m_maskTop);
     const int dx = x - static_cast<int>(m_maskLeft);
     const int dy = y - static_cast<int>(m_maskTop);
-    if (dx >= width || dy >= height || dx < 0 || dy < 0)
+    if (dx >= m_maskWidth || dy >= m_maskHeight || dx < 0 || dy < 0)
         return false;
-    return m_mask[static_cast<size_t>(dy) * width + dx] != 0;
+    return m_mask[static_cast<size_t>(dy) * m_maskWidth + dx] != 0;
 }
 
 } // namespace ZQ

@@ -12,6 +12,12 @@ class ZQSound;
 ZQRect ChunkHitRect(ZQSprite* sprite, const wchar_t* name, const D3DXVECTOR3& pos,
                     _ZQTextureChunk_tag** chunk = nullptr);
 
+/// (x, y) on the hit rectangle, edges included. The all-zero rectangle of a chunk the sprite did not
+/// know is never hit, not even at (0, 0).
+inline bool IsOver(const ZQRect& hit, int x, int y) {
+    return !hit.isZero() && hit.isOverlap(x, y);
+}
+
 /// What a mouse report means to a clickable control, after the rules they all share.
 enum class MouseStep {
     Nothing,

@@ -2,8 +2,6 @@
 // window, text drawn through the controls' own textures, bars and gauges reporting, numbers drawn.
 #include "dialog/DialogTestSupport.h"
 
-#include <imm.h>
-
 #include <algorithm>
 #include <memory>
 
@@ -82,14 +80,6 @@ protected:
         static_cast<ZQDialog*>(context)->OnMsgProc(hWnd, msg, wParam, lParam, done, nullptr);
         return 0;
     }
-    void SetNative(bool native) {
-        HIMC context = ImmGetContext(window);
-        ImmSetOpenStatus(context, TRUE);
-        DWORD conversion = 0, sentence = 0;
-        ImmGetConversionStatus(context, &conversion, &sentence);
-        ImmSetConversionStatus(context, native ? IME_CMODE_NATIVE : IME_CMODE_ALPHANUMERIC, sentence);
-        ImmReleaseContext(window, context);
-    }
     void Type(const std::wstring& text) {
         for (wchar_t c : text)
             SendMessageW(window, WM_CHAR, c, 0);
@@ -133,7 +123,7 @@ TEST_F(ControlTest, TypedCharactersPassTheConversionModesFilter) {
         ZQRect field(10.0f, 10.0f, 10.0f + c.width, 30.0f);
         dialog.AddEditBox(1, font, field, white, DT_LEFT);
         Route(&dialog);
-        SetNative(c.native);
+        SetNative(window, c.native);
         Type(c.typed);
         EXPECT_EQ(std::wstring(dialog.GetEditBox(1)->GetText()), c.expected) << c.name;
         EXPECT_EQ(std::wstring(dialog.GetEditBox(1)->GetDisplay()), c.expected + L"|") << c.name;
@@ -147,7 +137,7 @@ TEST_F(ControlTest, TheInputMethodsCompositionIsShownThenCommitted) {
     dialog.AddEditBox(1, font, field, white, DT_LEFT);
     ZQ::ZQDialogEditBox* box = dialog.GetEditBox(1);
     Route(&dialog);
-    SetNative(true);
+    SetNative(window, true);
     HIMC context = ImmGetContext(window);
     const wchar_t kana[] = L"\x304B\x306A";
     ASSERT_TRUE(ImmSetCompositionStringW(context, SCS_SETSTR, const_cast<wchar_t*>(kana), sizeof kana - 2, nullptr, 0));
@@ -159,11 +149,7 @@ TEST_F(ControlTest, TheInputMethodsCompositionIsShownThenCommitted) {
     ASSERT_TRUE(ImmNotifyIME(context, NI_COMPOSITIONSTR, CPS_COMPLETE, 0));
     ImmReleaseContext(window, context);
     EXPECT_STREQ(box->GetText(), L"\x304B\x306A");
-    MSG msg;
-    while (PeekMessageW(&msg, window, 0, 0, PM_REMOVE)) { // the result again as characters: native mode refuses
-        TranslateMessage(&msg);
-        DispatchMessageW(&msg);
-    }
+    Pump(); // whatever comes after the result
     EXPECT_STREQ(box->GetText(), L"\x304B\x306A");
 
     Type(L"\b");
@@ -286,17 +272,9 @@ TEST_F(ControlTest, TimedControlsReportOnceOnTheFrameTheirTimeIsUp) {
     ZQRect path(20.0f, 100.0f, 220.0f, 140.0f);
     dialog.AddTimeBar(1, L"bar", barAt, 10.0f, 1);
     dialog.AddTimeGauge(2, L"marker", path, 3.0f);
-    const float step = 1.0f / 60.0f;
-    // The frame on which the summed frame times reach the duration.
-    auto dueFrame = [step](float seconds) {
-        float sum = 0.0f;
-        int frame = 0;
-        while (sum / seconds < 1.0f) {
-            sum += step;
-            ++frame;
-        }
-        return frame;
-    };
+    // 64 frames a second: every sum of frame times is exact, so the durations are reached on frames
+    // 3 x 64 and 10 x 64, neither earlier nor later.
+    const float step = 1.0f / 64.0f;
     std::vector<std::pair<unsigned int, int>> reports;
     recorder.onEvent = [&](unsigned int id) { reports.push_back({id, 0}); };
     for (int frame = 1; frame <= 700; ++frame) {
@@ -306,8 +284,8 @@ TEST_F(ControlTest, TimedControlsReportOnceOnTheFrameTheirTimeIsUp) {
             reports[i].second = frame;
     }
     ASSERT_EQ(reports.size(), 2u) << "each reports once";
-    EXPECT_EQ(reports[0], std::make_pair(2u, dueFrame(3.0f)));
-    EXPECT_EQ(reports[1], std::make_pair(1u, dueFrame(10.0f)));
+    EXPECT_EQ(reports[0], std::make_pair(2u, 192));
+    EXPECT_EQ(reports[1], std::make_pair(1u, 640));
     EXPECT_EQ(dialog.GetTimeBar(1)->GetfElapsedTime(), 10.0f);
     const D3DXVECTOR3 rest = dialog.GetTimeGauge(2)->Delta();
     EXPECT_EQ(rest.x, 220.0f);

@@ -3,6 +3,7 @@
 #include "twod/TextureTestSupport.h"
 
 #include <gtest/gtest.h>
+#include <imm.h>
 
 #include <functional>
 #include <string>
@@ -39,6 +40,25 @@ inline void AddPicture(ZQ::ZQSprite& sprite, const wchar_t* name, D3DCOLOR colou
     ASSERT_EQ(D3DXSaveTextureToFileW(file.c_str(), D3DXIFF_PNG, texture, nullptr), S_OK);
     texture->Release();
     sprite.Entry(name, file.c_str(), false);
+}
+
+// Opens the window's input method in native mode (letters go to the composition) or alphanumeric mode.
+inline void SetNative(HWND window, bool native) {
+    HIMC context = ImmGetContext(window);
+    ImmSetOpenStatus(context, TRUE);
+    DWORD conversion = 0, sentence = 0;
+    ImmGetConversionStatus(context, &conversion, &sentence);
+    ImmSetConversionStatus(context, native ? IME_CMODE_NATIVE : IME_CMODE_ALPHANUMERIC, sentence);
+    ImmReleaseContext(window, context);
+}
+
+// Dispatches what was posted to the thread's windows (the input method posts its characters).
+inline void Pump() {
+    MSG msg;
+    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+        TranslateMessage(&msg);
+        DispatchMessageW(&msg);
+    }
 }
 
 // Records events; optionally runs an action from inside OnEvent.

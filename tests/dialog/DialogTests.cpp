@@ -393,3 +393,85 @@ TEST_F(DialogTest, AnimationDialogsHoldAnimatedControls) {
     EXPECT_EQ(plain.GetAniButton(1), nullptr);
     EXPECT_EQ(plain.GetAnimate(), nullptr);
 }
+
+TEST_F(DialogTest, AControlWhosePictureIsUnknownIsNeverHit) {
+    // An unknown chunk leaves an all-zero hit rectangle; so does an animated control given no area.
+    ZQ::ZQSprite art(Device());
+    art.Entry(twodtest::Data(L"sprites.te").c_str());
+    ZQ::ZQAnimate animate(&art);
+    animate.Entry(twodtest::Data(L"anim\\narrow.am").c_str());
+    D3DXVECTOR3 at(40, 40, 0), known(100, 60, 0);
+    ZQ::ZQRect none(0.0f, 0.0f, 0.0f, 0.0f), area(100.0f, 60.0f, 132.0f, 92.0f);
+    struct Case {
+        const char* name;
+        std::function<void(ZQDialog&)> add;
+        std::function<bool(ZQDialog&)> changed; // besides events
+    } cases[] = {
+        {"button", [&](ZQDialog& d) { d.AddButton(1, L"missing", L"quad", L"quad", L"quad", at, false); },
+         [](ZQDialog& d) { return d.GetButton(1)->GetOvered(); }},
+        {"pixel-exact button", [&](ZQDialog& d) { d.AddButton(1, L"missing", L"quad", L"quad", L"quad", at, true); },
+         [](ZQDialog& d) { return d.GetButton(1)->GetOvered(); }},
+        {"check box", [&](ZQDialog& d) { d.AddCheckBox(1, L"missing", L"quad", L"quad", L"quad", at, false); },
+         [](ZQDialog& d) { return d.GetCheckBox(1)->GetChecked() || d.GetCheckBox(1)->GetOvered(); }},
+        {"radio button",
+         [&](ZQDialog& d) {
+             d.AddRadioButton(2, 5, L"quad", L"quad", L"quad", L"quad", known, false, false);
+             d.AddRadioButton(1, 5, L"missing", L"quad", L"quad", L"quad", at, false, false);
+         },
+         [](ZQDialog& d) { return d.GetRadioButton(1)->GetSelect() || !d.GetRadioButton(2)->GetSelect(); }},
+        {"ani-button", [&](ZQDialog& d) { d.AddAniButton(1, L"blink", L"move", L"tinted", L"blink", none, nullptr); },
+         [](ZQDialog& d) { return d.GetAniButton(1)->GetOvered(); }},
+        {"ani-check-box",
+         [&](ZQDialog& d) { d.AddAniCheckBox(1, L"blink", L"move", L"tinted", L"blink", none, nullptr); },
+         [](ZQDialog& d) { return d.GetAniCheckBox(1)->GetChecked() || d.GetAniCheckBox(1)->GetOvered(); }},
+        {"ani-radio button",
+         [&](ZQDialog& d) {
+             d.AddAniRadioButton(2, 5, L"blink", L"move", L"tinted", L"blink", area, false, nullptr);
+             d.AddAniRadioButton(1, 5, L"blink", L"move", L"tinted", L"blink", none, false, nullptr);
+         },
+         [](ZQDialog& d) { return d.GetAniRadioButton(1)->GetSelect() || !d.GetAniRadioButton(2)->GetSelect(); }},
+    };
+    for (const Case& c : cases) {
+        ZQDialog dialog(&animate, sound, &recorder);
+        c.add(dialog);
+        recorder.events.clear();
+        Report(dialog, 'm', 0, 0);
+        Click(dialog, 0, 0);
+        EXPECT_TRUE(recorder.events.empty()) << c.name;
+        EXPECT_FALSE(c.changed(dialog)) << c.name;
+    }
+}
+
+TEST_F(DialogTest, PixelMasksHoldAtFractionalPositions) {
+    // "holed" is 32 x 32 with its left half transparent. A mask lies at the truncated position, so each
+    // click within the hit rectangle hits exactly when its column from there is 16 or more.
+    struct Position {
+        float x, y;
+    } positions[] = {{-0.5f, 40.0f}, {40.0f, -0.5f}, {-3.5f, -2.5f}, {40.5f, 40.5f}};
+    const char* const kinds[] = {"button", "check box", "radio button"};
+    for (const char* kind : kinds)
+        for (const Position& p : positions) {
+            ZQDialog dialog(sprite, sound, &recorder);
+            D3DXVECTOR3 at(p.x, p.y, 0.0f);
+            if (kind == kinds[0])
+                dialog.AddButton(1, L"holed", L"holed", L"holed", L"holed", at, true);
+            else if (kind == kinds[1])
+                dialog.AddCheckBox(1, L"holed", L"mark", L"holed", L"holed", at, true);
+            else
+                dialog.AddRadioButton(1, 1, L"holed", L"holed", L"holed", L"holed", at, false, true);
+            const int left = static_cast<int>(p.x), top = static_cast<int>(p.y);
+            int opaque = 0, opaqueHits = 0, clearHits = 0;
+            for (int y = top; y < top + 32; ++y)
+                for (int x = left; x < left + 32; ++x) {
+                    if (x < p.x || y < p.y || x > p.x + 32.0f || y > p.y + 32.0f)
+                        continue; // off the hit rectangle
+                    recorder.events.clear();
+                    Click(dialog, x, y);
+                    const bool onOpaque = x - left >= 16;
+                    opaque += onOpaque;
+                    (onOpaque ? opaqueHits : clearHits) += static_cast<int>(recorder.events.size());
+                }
+            EXPECT_EQ(opaqueHits, opaque) << kind << " at " << p.x << ", " << p.y;
+            EXPECT_EQ(clearHits, 0) << kind << " at " << p.x << ", " << p.y;
+        }
+}

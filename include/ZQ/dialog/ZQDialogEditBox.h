@@ -50,7 +50,9 @@ public:
     /// With the focus and enabled: WM_CHAR appends a character the conversion mode lets through (in
     /// native mode letters and other characters above 127 belong to the input method; U+AD6D is always
     /// refused) or removes the last committed one (Backspace); WM_IME_COMPOSITION takes the input
-    /// method's composition or commits its result. Returns the message number it was given.
+    /// method's composition or commits its result, and then sets *noFurtherProcessing so that the result
+    /// does not come back as characters; a composition that ends without a result (WM_IME_COMPOSITION
+    /// with neither part, WM_IME_ENDCOMPOSITION) is removed. Returns the message number it was given.
     LRESULT OnMsgProc(HWND hWnd, UINT msg, WPARAM wParam, LPARAM lParam, bool* noFurtherProcessing, void* context);
     /// Remake and release the texture; forward the scene's callbacks.
     HRESULT OnResetDevice(IDirect3DDevice9* device, const D3DSURFACE_DESC* backBuffer, void* context);
@@ -62,7 +64,8 @@ public:
 
 private:
     void OnChar(HWND hWnd, wchar_t c);
-    void OnComposition(HWND hWnd, LPARAM parts);
+    /// True when the input method's result was committed.
+    bool OnComposition(HWND hWnd, LPARAM parts);
     /// Appends c when the committed and composed text together are shorter than the maximum.
     void Append(wchar_t c);
 

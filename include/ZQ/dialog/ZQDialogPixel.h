@@ -24,6 +24,8 @@ private:
 
     unsigned char* m_mask = nullptr;
     float m_maskLeft = 0.0f, m_maskTop = 0.0f, m_maskRight = 0.0f, m_maskBottom = 0.0f;
+    /// The chunk's size: a row's length in the mask. Not the rectangle's, which truncation can shorten.
+    int m_maskWidth = 0, m_maskHeight = 0;
 };
 
 } // namespace ZQ

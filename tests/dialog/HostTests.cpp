@@ -1,0 +1,408 @@
+// Dialogs in a host: input sent to the application's window as the system sends it, through the frame's
+// window procedure, a screen that forwards it as the README's host does and the default handling when
+// nothing stops it; and controls changed from another thread while the frame renders.
+#include "dialog/DialogTestSupport.h"
+
+#include <atomic>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+using twodtest::App;
+using twodtest::BackBufferPixel;
+using twodtest::Device;
+using twodtest::LitPixels;
+using twodtest::Near;
+using ZQ::ZQDialog;
+using ZQ::ZQRect;
+using namespace dialogtest;
+
+namespace {
+
+const D3DCOLOR kRed = D3DCOLOR_XRGB(255, 0, 0), kGreen = D3DCOLOR_XRGB(0, 255, 0), kBlue = D3DCOLOR_XRGB(0, 0, 255),
+               kWhite = D3DCOLOR_XRGB(255, 255, 255), kYellow = D3DCOLOR_XRGB(255, 255, 0),
+               kBlack = D3DCOLOR_XRGB(0, 0, 0), kGrey = D3DCOLOR_XRGB(128, 128, 128);
+const D3DCOLOR kDigits[10] = {0xFF400000, 0xFF800000, 0xFFC00000, 0xFF004000, 0xFF008000,
+                              0xFF00C000, 0xFF000040, 0xFF000080, 0xFF0000C0, 0xFF808080};
+
+// A screen as a host writes it: the frame's callbacks forwarded to its dialog, and the left release,
+// which the frame reports with the left flag clear, forwarded as a release.
+class HostScreen : public ZQ::ZQScene {
+public:
+    void OnFrameMove(IDirect3DDevice9* device, double time, float elapsed, void* context) override {
+        if (dialog)
+            dialog->OnFrameMove(device, time, elapsed, context);
+    }
+    void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context) override {
+        twodtest::BeginFrame();
+        if (dialog)
+            dialog->OnFrameRender(device, time, elapsed, context);
+        if (keepPicture)
+            twodtest::EndFrame();
+        else
+            device->EndScene();
+    }
+    void OnKeyboard(UINT key, bool down, bool alt, void* context) override {
+        if (dialog)
+            dialog->OnKeyboard(key, down, alt, context);
+    }
+    // The frame's flags are the buttons held, and the dialog reads a left flag without down as a release:
+    // only a press keeps them, so that a move with the button held is a move.
+    void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
+                 void* context) override {
+        if (dialog)
+            dialog->OnMouse(down, down && left, down && right, down && middle, side1, side2, wheel, x, y, context);
+    }
+    LRESULT OnMsgProc(HWND hWnd, UINT msg, WPARAM wParam, LPARAM lParam, bool* noFurtherProcessing,
+                      void* context) override {
+        if (!dialog)
+            return msg;
+        if (msg == WM_LBUTTONUP)
+            dialog->OnMouse(false, true, false, false, false, false, 0, static_cast<short>(LOWORD(lParam)),
+                            static_cast<short>(HIWORD(lParam)), context);
+        else
+            dialog->OnMsgProc(hWnd, msg, wParam, lParam, noFurtherProcessing, context);
+        return msg;
+    }
+
+    ZQDialog* dialog = nullptr;
+    bool keepPicture = false; // copy the back buffer after each frame, for BackBufferPixel
+};
+
+class HostTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        sprite = new ZQ::ZQSprite(Device());
+        AddPicture(*sprite, L"host_up", kRed);
+        AddPicture(*sprite, L"host_down", kGreen);
+        AddPicture(*sprite, L"host_over", kBlue);
+        AddPicture(*sprite, L"host_off", kWhite);
+        AddPicture(*sprite, L"host_tick", kYellow, true);
+        for (int i = 0; i < 10; ++i) {
+            wchar_t name[16];
+            swprintf(name, 16, L"host_n%02d", i);
+            AddPicture(*sprite, name, kDigits[i], false, 8);
+        }
+        // 10 pixels a character: a box 60 wide has room for five.
+        D3DXCreateFontW(Device(), 20, 10, FW_BOLD, 1, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, DEFAULT_QUALITY,
+                        DEFAULT_PITCH, L"Arial", &font);
+        window = App()->GethWnd();
+        screen = new HostScreen; // the application owns it
+        App()->Entry(L"Host", screen);
+        Switch(L"Host");
+    }
+    static void TearDownTestSuite() {
+        Switch(L"No such screen");
+        font->Release();
+        delete sprite;
+    }
+    static void Switch(const wchar_t* name) {
+        App()->Trans(name);
+        App()->Dispatcher(Device(), App()->GetBackBufferSurfaceDesc(), nullptr);
+    }
+    void TearDown() override {
+        screen->dialog = nullptr;
+        screen->keepPicture = false;
+        SetNative(window, false);
+    }
+
+    static void Send(UINT msg, WPARAM wParam, LPARAM lParam) { SendMessageW(window, msg, wParam, lParam); }
+    // Keys as a keyboard gives them: Tab, Return and Backspace as key down, character and key up.
+    static void Type(const std::wstring& text) {
+        for (wchar_t c : text) {
+            const UINT key = c == L'\t' ? VK_TAB : c == L'\r' ? VK_RETURN : c == L'\b' ? VK_BACK : 0;
+            if (key)
+                Send(WM_KEYDOWN, key, 1);
+            Send(WM_CHAR, c, 1);
+            if (key)
+                Send(WM_KEYUP, key, 0xC0000001);
+        }
+    }
+    // Pointer to press, button down, pointer through via to release with the button held, button up.
+    static void Drag(POINT press, POINT via, POINT release) {
+        Send(WM_MOUSEMOVE, 0, MAKELPARAM(press.x, press.y));
+        Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(press.x, press.y));
+        Send(WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(via.x, via.y));
+        Send(WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(release.x, release.y));
+        Send(WM_LBUTTONUP, 0, MAKELPARAM(release.x, release.y));
+    }
+
+    static ZQ::ZQSprite* sprite;
+    static ID3DXFont* font;
+    static HWND window;
+    static HostScreen* screen;
+    Recorder recorder;
+    D3DXCOLOR white = D3DXCOLOR(1.0f, 1.0f, 1.0f, 1.0f);
+};
+
+ZQ::ZQSprite* HostTest::sprite = nullptr;
+ID3DXFont* HostTest::font = nullptr;
+HWND HostTest::window = nullptr;
+HostScreen* HostTest::screen = nullptr;
+
+} // namespace
+
+TEST_F(HostTest, TypingAndFocusKeysReachTheEditBoxes) {
+    struct Case {
+        const char* name;
+        std::wstring typed;
+        const wchar_t* texts[3];
+        int focused;
+    } cases[] = {
+        {"typed text", L"Ann 1", {L"Ann 1", L"", L""}, 0},
+        {"Backspace removes the last character", L"\babc\bd", {L"abd", L"", L""}, 0},
+        {"room for five characters", L"abcdefg", {L"abcde", L"", L""}, 0},
+        {"Tab moves on", L"ab\tcd\te", {L"ab", L"cd", L"e"}, 2},
+        {"Return moves on and wraps after the last", L"a\rb\rc\rd", {L"ad", L"b", L"c"}, 0},
+    };
+    for (const Case& c : cases) {
+        ZQDialog dialog(sprite, nullptr, &recorder);
+        for (unsigned int i = 0; i < 3; ++i) {
+            ZQRect field(20.0f, 20.0f + 40.0f * i, 80.0f, 40.0f + 40.0f * i);
+            dialog.AddEditBox(i, font, field, white, DT_LEFT);
+        }
+        screen->dialog = &dialog;
+        SetNative(window, false);
+        Type(c.typed);
+        for (unsigned int i = 0; i < 3; ++i) {
+            EXPECT_EQ(std::wstring(dialog.GetEditBox(i)->GetText()), c.texts[i]) << c.name << ", box " << i;
+            EXPECT_EQ(dialog.GetEditBox(i)->GetAcquire(), static_cast<int>(i) == c.focused) << c.name << ", box " << i;
+        }
+        EXPECT_EQ(std::wstring(dialog.GetEditBox(c.focused)->GetDisplay()), std::wstring(c.texts[c.focused]) + L"|")
+            << c.name;
+        EXPECT_TRUE(recorder.events.empty()) << "edit boxes send no events";
+        screen->dialog = nullptr;
+    }
+}
+
+TEST_F(HostTest, TheInputMethodsTextIsTakenOnceAndACancelledCompositionLeaves) {
+    enum class End { Complete, Cancel, EmptyComposition, EndMessage };
+    struct Case {
+        const char* name;
+        float width; // 10 pixels a character, less one
+        const wchar_t* composed;
+        End end;
+        std::wstring typedAfter;
+        const wchar_t* text;
+    } cases[] = {
+        {"kana committed", 200.0f, L"\x3055\x304F\x3089", End::Complete, L"", L"\x3055\x304F\x3089"},
+        {"ASCII and kana committed in one result", 200.0f, L"3\x6642 A", End::Complete, L"", L"3\x6642 A"},
+        {"ASCII only committed", 200.0f, L"AB 12", End::Complete, L"", L"AB 12"},
+        // Five characters fill the box: once they are gone there is room again, and Backspace works.
+        {"cancelled", 60.0f, L"\x304B\x306A\x304B\x306A\x304B", End::Cancel, L"12345\b", L"1234"},
+        {"composition emptied", 60.0f, L"\x304B\x306A\x304B\x306A\x304B", End::EmptyComposition, L"12345\b", L"1234"},
+        {"composition ended without a result", 60.0f, L"\x304B\x306A\x304B\x306A\x304B", End::EndMessage, L"12345\b",
+         L"1234"},
+    };
+    for (const Case& c : cases) {
+        ZQDialog dialog(sprite, nullptr, &recorder);
+        ZQRect field(20.0f, 20.0f, 20.0f + c.width, 40.0f);
+        dialog.AddEditBox(1, font, field, white, DT_LEFT);
+        ZQ::ZQDialogEditBox* box = dialog.GetEditBox(1);
+        screen->dialog = &dialog;
+        SetNative(window, true);
+        HIMC context = ImmGetContext(window);
+        const std::wstring composed = c.composed;
+        ASSERT_TRUE(ImmSetCompositionStringW(context, SCS_SETSTR, const_cast<wchar_t*>(composed.c_str()),
+                                             static_cast<DWORD>(composed.size() * sizeof(wchar_t)), nullptr, 0))
+            << c.name;
+        Pump();
+        EXPECT_EQ(std::wstring(box->GetDisplay()), composed + L"|") << c.name << ": the composition is shown";
+        switch (c.end) {
+        case End::Complete:
+            EXPECT_TRUE(ImmNotifyIME(context, NI_COMPOSITIONSTR, CPS_COMPLETE, 0)) << c.name;
+            break;
+        case End::Cancel:
+            EXPECT_TRUE(ImmNotifyIME(context, NI_COMPOSITIONSTR, CPS_CANCEL, 0)) << c.name;
+            break;
+        case End::EmptyComposition:
+            EXPECT_TRUE(ImmSetCompositionStringW(context, SCS_SETSTR, const_cast<wchar_t*>(L""), 0, nullptr, 0));
+            break;
+        case End::EndMessage:
+            Send(WM_IME_ENDCOMPOSITION, 0, 0);
+            break;
+        }
+        ImmReleaseContext(window, context);
+        Pump(); // what the input method and the default handling post after it
+        Type(c.typedAfter);
+        EXPECT_EQ(std::wstring(box->GetText()), c.text) << c.name;
+        EXPECT_EQ(std::wstring(box->GetDisplay()), std::wstring(c.text) + L"|") << c.name;
+        screen->dialog = nullptr;
+        SetNative(window, false);
+    }
+}
+
+TEST_F(HostTest, ClicksReachTheControlsUnderThePointer) {
+    // Button 1, check box 2, radio buttons 3 and 4 of group 7 (3 selected first), 32 pixels each; edit
+    // boxes 10 and 11.
+    struct Case {
+        const char* name;
+        POINT press, via, release;
+        std::vector<unsigned int> events;
+        bool checked;
+        unsigned int selected, focused;
+    } cases[] = {
+        {"button clicked, the pointer trembling", {30, 30}, {31, 31}, {35, 40}, {1}, false, 3, 10},
+        {"button pressed, released outside", {30, 30}, {300, 200}, {300, 200}, {}, false, 3, 10},
+        {"pressed outside, released on the button", {300, 200}, {30, 30}, {30, 30}, {1}, false, 3, 10},
+        {"dragged over the button and off again", {300, 200}, {30, 30}, {300, 200}, {}, false, 3, 10},
+        {"check box clicked", {80, 30}, {80, 30}, {80, 30}, {2}, true, 3, 10},
+        {"check box pressed, released outside: toggled, no event", {80, 30}, {300, 200}, {300, 200}, {}, true, 3, 10},
+        {"radio button clicked", {180, 30}, {180, 30}, {180, 30}, {4}, false, 4, 10},
+        {"dragged over a radio button and off again", {300, 200}, {180, 30}, {300, 200}, {}, false, 3, 10},
+        {"selected radio button clicked again", {130, 30}, {130, 30}, {130, 30}, {3}, false, 3, 10},
+        {"second edit box clicked", {40, 150}, {40, 150}, {40, 150}, {}, false, 3, 11},
+        {"nothing under the pointer", {300, 100}, {300, 100}, {300, 100}, {}, false, 3, 10},
+    };
+    for (const Case& c : cases) {
+        ZQDialog dialog(sprite, nullptr, &recorder);
+        D3DXVECTOR3 button(20, 20, 0), check(70, 20, 0), first(120, 20, 0), second(170, 20, 0);
+        dialog.AddButton(1, L"host_up", L"host_down", L"host_over", L"host_off", button, false);
+        dialog.AddCheckBox(2, L"host_up", L"host_tick", L"host_over", L"host_off", check, false);
+        dialog.AddRadioButton(3, 7, L"host_up", L"host_down", L"host_over", L"host_off", first, false, false);
+        dialog.AddRadioButton(4, 7, L"host_up", L"host_down", L"host_over", L"host_off", second, false, false);
+        ZQRect a(20.0f, 100.0f, 120.0f, 120.0f), b(20.0f, 140.0f, 120.0f, 160.0f);
+        dialog.AddEditBox(10, font, a, white, DT_LEFT);
+        dialog.AddEditBox(11, font, b, white, DT_LEFT);
+        screen->dialog = &dialog;
+        recorder.events.clear();
+        Drag(c.press, c.via, c.release);
+        std::vector<unsigned int> ids;
+        for (const Recorder::Event& e : recorder.events) {
+            ids.push_back(e.id);
+            EXPECT_EQ(e.a, c.release.x) << c.name;
+            EXPECT_EQ(e.b, c.release.y) << c.name;
+        }
+        EXPECT_EQ(ids, c.events) << c.name;
+        EXPECT_EQ(dialog.GetCheckBox(2)->GetChecked(), c.checked) << c.name;
+        EXPECT_TRUE(dialog.GetRadioButton(c.selected)->GetSelect()) << c.name;
+        EXPECT_FALSE(dialog.GetRadioButton(c.selected == 3 ? 4 : 3)->GetSelect()) << c.name;
+        EXPECT_TRUE(dialog.GetEditBox(c.focused)->GetAcquire()) << c.name;
+        EXPECT_FALSE(dialog.GetEditBox(c.focused == 10 ? 11 : 10)->GetAcquire()) << c.name;
+        screen->dialog = nullptr;
+    }
+}
+
+namespace {
+
+// Numbers whose two 32-bit halves are equal: a value read or drawn half old, half new shows.
+const unsigned long long kBothHalves = 0x100000001ull;
+
+// What a kiosk's worker thread does to its screen: credits, a status line, a progress bar, a button
+// shown and enabled by turns and a check box, each found through the dialog's lookups. It goes on past
+// its count of changes until the frame has rendered enough frames beside it.
+class Updater : public ZQ::ZQThread {
+public:
+    Updater(ZQDialog* dialog, const std::atomic<int>* frames) : m_dialog(dialog), m_frames(frames) {}
+    void Start() { SetStart(this); }
+    void OnThread(void*) override {
+        D3DXCOLOR white(1.0f, 1.0f, 1.0f, 1.0f);
+        for (unsigned int i = 1; i <= 100000 || *m_frames < 300; ++i) {
+            m_dialog->GetNumber(2)->Reset(i * kBothHalves);
+            m_dialog->GetStatic(1)->SetText(i % 2 ? L"WWWWW" : L"I", white);
+            m_dialog->GetProgress(3)->SetPos(static_cast<float>(i % 101));
+            m_dialog->GetButton(4)->SetShow(i % 2 == 0);
+            m_dialog->GetButton(4)->SetDisable(i % 3 == 0);
+            m_dialog->GetCheckBox(5)->SetChecked(i % 5 == 0);
+            last = i;
+        }
+        done = true;
+    }
+    std::atomic<unsigned int> last{0};
+    std::atomic<bool> done{false};
+
+private:
+    ZQDialog* m_dialog;
+    const std::atomic<int>* m_frames;
+};
+
+// The number drawn left-aligned at (20, 200) with 8-pixel digits; -1 when a cell shows no digit colour.
+long long DrawnNumber() {
+    long long value = 0;
+    int digits = 0;
+    for (int cell = 0; cell < 20; ++cell, ++digits) {
+        const D3DCOLOR colour = BackBufferPixel(20 + 8 * cell + 4, 204);
+        if (Near(colour, kBlack, 3))
+            break;
+        int digit = 0;
+        while (digit < 10 && !Near(colour, kDigits[digit], 3))
+            ++digit;
+        if (digit == 10)
+            return -1;
+        value = value * 10 + digit;
+    }
+    return digits ? value : -1;
+}
+
+} // namespace
+
+TEST_F(HostTest, ControlsChangedFromAnotherThreadWhileFramesRenderShowWholeValues) {
+    ZQDialog dialog(sprite, nullptr, &recorder);
+    ZQRect line(20.0f, 60.0f, 200.0f, 90.0f);
+    D3DXVECTOR3 credits(20, 200, 0), bar(150, 150, 0), button(220, 20, 0), check(260, 20, 0);
+    // What the status line lights with either of its texts.
+    auto lit = [&](const wchar_t* text) {
+        ZQDialog alone(sprite, nullptr, &recorder);
+        alone.AddStatic(1, font, text, line, white, DT_LEFT | DT_TOP);
+        screen->dialog = &alone;
+        App()->Render3DEnvironment();
+        screen->dialog = nullptr;
+        return LitPixels(RECT{20, 60, 200, 90});
+    };
+    screen->keepPicture = true;
+    const int wide = lit(L"WWWWW"), narrow = lit(L"I");
+    ASSERT_GT(wide, narrow);
+    dialog.AddStatic(1, font, L"I", line, white, DT_LEFT | DT_TOP);
+    dialog.AddNumber(2, L"host_n", credits, 0.0f, DT_LEFT);
+    dialog.AddProgress(3, L"host_up", bar, 100.0f, 1);
+    dialog.AddButton(4, L"host_up", L"host_down", L"host_over", L"host_off", button, false);
+    dialog.AddCheckBox(5, L"host_up", L"host_tick", L"host_over", L"host_off", check, false);
+    screen->dialog = &dialog;
+    // An inactive application sleeps before each frame: many frames make a torn picture likelier to show.
+    const bool active = App()->GetActive();
+    App()->SetActive(true);
+
+    std::atomic<int> frames{0};
+    int tornReads = 0, tornPictures = 0, backwards = 0, pictures = 0;
+    unsigned long long previous = 0;
+    Updater updater(&dialog, &frames);
+    updater.Start();
+    const DWORD start = GetTickCount();
+    while (!updater.done && GetTickCount() - start < 120000) {
+        App()->Render3DEnvironment();
+        ++frames;
+        const unsigned long long number = dialog.GetNumber(2)->GetNumber();
+        tornReads += number % kBothHalves != 0;
+        backwards += number < previous;
+        previous = number;
+        const long long drawn = DrawnNumber();
+        pictures += drawn > 0;
+        tornPictures += drawn > 0 && drawn % kBothHalves != 0;
+        // Hidden, enabled or disabled: never one picture in the other state's colour.
+        const D3DCOLOR shown = BackBufferPixel(236, 36);
+        tornPictures += !Near(shown, kBlack, 4) && !Near(shown, kRed, 4) && !Near(shown, kGrey, 4);
+        const int status = LitPixels(RECT{20, 60, 200, 90});
+        tornPictures += status != wide && status != narrow;
+    }
+    App()->SetActive(active);
+    ASSERT_TRUE(updater.done) << "the updates finished within two minutes";
+    const unsigned int last = updater.last;
+    std::printf("%u rounds of six changes beside %d frames\n", last, frames.load());
+    EXPECT_EQ(tornReads, 0) << "every number read is one that was set";
+    EXPECT_EQ(backwards, 0);
+    EXPECT_EQ(tornPictures, 0) << "every number drawn is one that was set, every button and text whole";
+    EXPECT_GT(pictures, 30) << "the frames drew numbers while they changed";
+
+    // The last values stay, and the next frame shows them.
+    App()->Render3DEnvironment();
+    EXPECT_EQ(dialog.GetNumber(2)->GetNumber(), last * kBothHalves);
+    EXPECT_EQ(DrawnNumber(), static_cast<long long>(last * kBothHalves));
+    EXPECT_EQ(dialog.GetProgress(3)->GetPos(), static_cast<float>(last % 101));
+    EXPECT_EQ(dialog.GetProgress(3)->Delta().x, 150.0f + 32.0f * static_cast<float>(last % 101) / 100.0f);
+    EXPECT_EQ(dialog.GetButton(4)->GetShow(), last % 2 == 0);
+    EXPECT_EQ(dialog.GetButton(4)->GetDisable(), last % 3 == 0);
+    EXPECT_EQ(dialog.GetCheckBox(5)->GetChecked(), last % 5 == 0);
+    const D3DCOLOR buttonShown = last % 2 ? kBlack : last % 3 ? kRed : kGrey;
+    EXPECT_TRUE(Near(BackBufferPixel(236, 36), buttonShown, 4)) << std::hex << BackBufferPixel(236, 36);
+    EXPECT_EQ(LitPixels(RECT{20, 60, 200, 90}), last % 2 ? wide : narrow);
+}
