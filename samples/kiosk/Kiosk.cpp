@@ -409,8 +409,11 @@ void KioskScreen::OnKeyboard(UINT key, bool down, bool alt, void* context) {
 
 void KioskScreen::OnMouse(bool buttonDown, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x,
                           int y, void* context) {
+    // The frame's flags are the buttons held: with them, a move while pressed would read as a release.
+    // The dialog gets them with presses only; the release comes from OnMsgProc.
     if (m_dialog)
-        m_dialog->OnMouse(buttonDown, left, right, middle, side1, side2, wheel, x, y, context);
+        m_dialog->OnMouse(buttonDown, buttonDown && left, buttonDown && right, buttonDown && middle, side1, side2,
+                          wheel, x, y, context);
 }
 
 // The frame reports a left release with the left flag clear (the key state after it); the dialog takes
