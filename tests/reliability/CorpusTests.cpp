@@ -378,38 +378,44 @@ bool Within(D3DCOLOR a, D3DCOLOR b, int tolerance) {
 } // namespace
 
 // Images as other tools write them (see MakeFieldImages.cmake), each loaded alone and from an atlas that
-// packs its bytes untouched: a format the platform decodes shows its four quadrants where they are; one it
-// does not is refused with nothing registered. Either way the answer is the same for both loaders.
-TEST(FieldImages, EveryFormatLoadsOrIsRefusedAlikeAloneAndInAnAtlas) {
-    enum Outcome { Loads, Refused };
+// packs its bytes untouched. A format the platform decodes shows its four quadrants where they are; one it
+// does not decode is refused cleanly: nothing registered alone, the atlas's chunk kept without a texture.
+// Where Wine's decoder gets the pixels wrong, the chunk is still registered at the image's size.
+TEST(FieldImages, EveryFormatLoadsOrIsRefusedCleanlyAloneAndInAnAtlas) {
+    enum Outcome { Loads, Refused, MisdrawnByWine };
     struct Image {
         const wchar_t* name;
         const wchar_t* file;
         bool grey;
         int tolerance;
-        Outcome outcome;
+        Outcome alone, inAtlas;
     };
     const Image images[] = {
-        {L"png-rgb", L"png-rgb.png", false, 2, Loads},
-        {L"png-rgba", L"png-rgba.png", false, 2, Loads},
-        {L"png-palette", L"png-palette.png", false, 2, Loads},
-        {L"png-16bit", L"png-16bit.png", false, 2, Loads},
-        {L"png-16bit-alpha", L"png-16bit-alpha.png", false, 2, Loads},
-        {L"png-grey", L"png-grey.png", true, 2, Loads},
-        {L"png-grey-16bit", L"png-grey-16bit.png", true, 2, Loads},
-        {L"png-grey-alpha", L"png-grey-alpha.png", true, 2, Loads},
-        {L"png-interlaced", L"png-interlaced.png", false, 2, Loads},
-        {L"jpeg", L"jpeg.jpg", false, 24, Loads},
-        {L"jpeg-grey", L"jpeg-grey.jpg", true, 24, Loads},
-        {L"jpeg-progressive", L"jpeg-progressive.jpg", false, 24, Loads},
-        {L"bmp-24bit", L"bmp-24bit.bmp", false, 2, Loads},
-        {L"bmp-32bit", L"bmp-32bit.bmp", false, 2, Loads},
-        {L"bmp-palette", L"bmp-palette.bmp", false, 2, Loads},
-        {L"tga", L"tga.tga", false, 2, Loads},
-        {L"tga-rle", L"tga-rle.tga", false, 2, Loads},
-        {L"dds", L"dds.dds", false, 2, Loads},
-        {L"dds-dxt1", L"dds-dxt1.dds", false, 24, Loads},
-        {L"dds-dxt5", L"dds-dxt5.dds", false, 24, Loads},
+        {L"png-rgb", L"png-rgb.png", false, 2, Loads, Loads},
+        {L"png-rgba", L"png-rgba.png", false, 2, Loads, Loads},
+        {L"png-palette", L"png-palette.png", false, 2, Loads, Loads},
+        // Wine's decoder refuses colour PNGs of 16 bits a channel (D3DX on Windows reads them).
+        {L"png-16bit", L"png-16bit.png", false, 2, Refused, Refused},
+        {L"png-16bit-alpha", L"png-16bit-alpha.png", false, 2, Refused, Refused},
+        {L"png-grey", L"png-grey.png", true, 2, Loads, Loads},
+        {L"png-grey-16bit", L"png-grey-16bit.png", true, 2, Loads, Loads},
+        {L"png-grey-alpha", L"png-grey-alpha.png", true, 2, Loads, Loads},
+        {L"png-interlaced", L"png-interlaced.png", false, 2, Loads, Loads},
+        {L"jpeg", L"jpeg.jpg", false, 24, Loads, Loads},
+        {L"jpeg-grey", L"jpeg-grey.jpg", true, 24, Loads, Loads},
+        {L"jpeg-progressive", L"jpeg-progressive.jpg", false, 24, Loads, Loads},
+        {L"bmp-24bit", L"bmp-24bit.bmp", false, 2, Loads, Loads},
+        {L"bmp-32bit", L"bmp-32bit.bmp", false, 2, Loads, Loads},
+        // Wine misreads 4-bit rows of an odd width.
+        {L"bmp-palette", L"bmp-palette.bmp", false, 2, MisdrawnByWine, MisdrawnByWine},
+        // Wine ignores a TGA's bottom-up origin and draws it upside down.
+        {L"tga", L"tga.tga", false, 2, MisdrawnByWine, MisdrawnByWine},
+        {L"tga-rle", L"tga-rle.tga", false, 2, MisdrawnByWine, MisdrawnByWine},
+        {L"dds", L"dds.dds", false, 2, Loads, Loads},
+        // Alone, the image is copied into part of a compressed texture of a power-of-two size, which Wine's
+        // copy gets wrong for a part that is not whole 4 x 4 blocks.
+        {L"dds-dxt1", L"dds-dxt1.dds", false, 24, MisdrawnByWine, Loads},
+        {L"dds-dxt5", L"dds-dxt5.dds", false, 24, MisdrawnByWine, Loads},
     };
     const D3DCOLOR colours[4] = {0xFF0000, 0x00FF00, 0x0000FF, 0xFFFFFF};
     const D3DCOLOR greys[4] = {0x000000, 0x404040, 0xBFBFBF, 0xFFFFFF};
@@ -420,22 +426,35 @@ TEST(FieldImages, EveryFormatLoadsOrIsRefusedAlikeAloneAndInAnAtlas) {
         alone.Entry(L"whole", FieldImage(image.file).c_str(), false);
         atlas.Entry((FieldImage(image.name) + L".te").c_str());
         for (ZQ::ZQTexture* texture : {&alone, &atlas}) {
-            SCOPED_TRACE(texture == &alone ? "alone" : "in an atlas");
+            const bool inAtlas = texture == &atlas;
+            SCOPED_TRACE(inAtlas ? "in an atlas" : "alone");
+            const Outcome outcome = inAtlas ? image.inAtlas : image.alone;
             const ZQ::_ZQTextureChunk_tag* chunk = texture->Trans(L"whole");
-            if (image.outcome == Refused) {
+            if (outcome == Refused && !inAtlas) {
                 EXPECT_EQ(chunk, nullptr);
                 continue;
             }
-            ASSERT_NE(chunk, nullptr);
+            if (!chunk) {
+                ADD_FAILURE() << "nothing registered";
+                continue;
+            }
+            IDirect3DTexture9* drawn = chunk->sharedTexture ? chunk->sharedTexture : chunk->texture;
+            if (outcome == Refused) {
+                EXPECT_EQ(drawn, nullptr);
+                continue;
+            }
             EXPECT_EQ(chunk->pixel.right, 37.0f);
             EXPECT_EQ(chunk->pixel.bottom, 23.0f);
-            IDirect3DTexture9* drawn = chunk->sharedTexture ? chunk->sharedTexture : chunk->texture;
+            ASSERT_NE(drawn, nullptr);
+            int right = 0;
             for (int q = 0; q < 4; ++q) {
                 const D3DCOLOR expected = (image.grey ? greys : colours)[q];
-                const D3DCOLOR got = ColourAt(drawn, samples[q].x, samples[q].y);
-                EXPECT_TRUE(Within(got, expected, image.tolerance))
-                    << "quadrant " << q << ": " << std::hex << got << " instead of " << expected;
+                right += Within(ColourAt(drawn, samples[q].x, samples[q].y), expected, image.tolerance);
             }
+            if (outcome == Loads)
+                EXPECT_EQ(right, 4) << "quadrants in their colours";
+            else
+                EXPECT_LT(right, 4) << "Wine now draws it right: it loads";
         }
     }
 }
