@@ -11,7 +11,7 @@ rounds=${1:-5}
 scripts/setup.sh
 cmake --preset mingw >/dev/null
 cmake --build --preset mingw --target texture_load_bench sprite_render_bench animation_bench mp3_decode_bench \
-    serial_bench name_map_bench native_tools >/dev/null
+    serial_bench name_map_bench spline_load_bench native_tools >/dev/null
 
 art=$build/bench-art
 if [ ! -f "$art/atlas.te" ]; then
@@ -26,6 +26,13 @@ if [ ! -f "$art/anim.am" ]; then
         for frame in $(seq 0 7); do printf 'frame s%05d 0.05\n' $((scene * 8 + frame)); done
     done > "$art/anim.txt"
     "$build/native/bin/zqanim" am --atlas "$art/atlas.te" -o "$art/anim.am" "$art/anim.txt"
+fi
+if [ ! -f "$art/long.spl" ]; then
+    # One path of 10,000 keys along a wave.
+    { echo "path long 100"
+      awk 'BEGIN { for (k = 0; k < 10000; ++k) printf "key %g %g %g\n", k * 0.01, k, 100 * sin(k / 50) }'
+    } > "$art/long.txt"
+    "$build/native/bin/zqanim" spl --words 7 2 -o "$art/long.spl" "$art/long.txt"
 fi
 # Three minutes of 22,050 Hz stereo (a sweep on the left, pink noise on the right) as a 128 kbit/s MP3.
 piece=$build/bench-sound/piece.mp3
@@ -56,6 +63,7 @@ bench texture_load_bench "$atlas" "$rounds"
 bench sprite_render_bench "$atlas" 20
 bench name_map_bench "$atlas" "$rounds"
 bench animation_bench "$atlas" "Z:${art//\//\\}\\anim.am" 120
+bench spline_load_bench "Z:${art//\//\\}\\long.spl" "$rounds"
 bench mp3_decode_bench "Z:${piece//\//\\}" "$rounds"
 # The same piece decoded natively by mpg123, for comparison.
 for round in 1 2 3; do
@@ -92,6 +100,7 @@ row "ZQMapper::insert, 65,535 entries of one name" "$(figure name_map_bench 'one
 row "ZQTexture::Trans of a present name, 3,000 chunks" "$(figure name_map_bench 'Trans' 2) ns"
 row "ZQRenderMulti::OnFrameRender, 1,000 players" "$(figure animation_bench 'OnFrameRender  ' 1) ms"
 row "overhead of the players over plain sprites" "$(figure animation_bench 'overhead' 1) %"
+row "ZQSpline, a path of 10,000 keys loaded" "$(figure spline_load_bench 'keys loaded' 3) ms"
 row "ZQSound::Entry of an MP3, seconds decoded a second" "$(figure mp3_decode_bench 'median' '$')"
 row "mpg123 (native), seconds decoded a second (median)" \
     "$(grep -oE '[0-9]+ seconds decoded' "$logs/mpg123.txt" | sort -n | sed -n '2p' | cut -d' ' -f1)"
