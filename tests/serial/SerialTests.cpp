@@ -247,3 +247,38 @@ TEST(ZQRS232, AMegabyteEachWayAt115200BaudAtOnce) {
     EXPECT_EQ(size, deviceGot.size());
     EXPECT_TRUE(deviceGot == toDevice) << "port to device lost or reordered bytes";
 }
+
+// Many small chunks each way at once: every send is a chunk of its own (1 to 13 bytes) that the sender
+// writes alone, and the device answers in writes as small; the queues hand over 50,000 chunks a side
+// between the threads, and every byte arrives once, in order.
+TEST(ZQRS232, FiftyThousandSmallChunksEachWayKeepTheirOrder) {
+    Peer peer;
+    ASSERT_TRUE(peer.Ready());
+    ZQRS232 port;
+    ASSERT_TRUE(Open(port));
+    const int chunks = 50000;
+    std::vector<int> lengths(chunks);
+    size_t size = 0;
+    for (int i = 0; i < chunks; ++i)
+        size += lengths[i] = 1 + i % 13;
+    std::vector<unsigned char> toDevice = Pattern(size, 3), fromDevice = Pattern(size, 11);
+    std::vector<unsigned char> deviceGot;
+    std::thread deviceReads([&] { deviceGot = peer.Read(size); });
+    std::thread deviceWrites([&] {
+        size_t at = 0;
+        for (int i = 0; i < chunks; at += lengths[i++])
+            peer.Write(fromDevice.data() + at, static_cast<size_t>(lengths[i]));
+    });
+    size_t at = 0;
+    int refused = 0;
+    for (int i = 0; i < chunks; at += lengths[i++])
+        refused += port.send(toDevice.data() + at, lengths[i]) != lengths[i];
+    std::vector<unsigned char> got = Receive(port, size, nullptr, 120000);
+    deviceWrites.join();
+    deviceReads.join();
+    EXPECT_EQ(refused, 0);
+    EXPECT_EQ(size, got.size());
+    EXPECT_TRUE(got == fromDevice) << "device to port lost or reordered bytes";
+    EXPECT_EQ(size, deviceGot.size());
+    EXPECT_TRUE(deviceGot == toDevice) << "port to device lost or reordered bytes";
+}
