@@ -272,6 +272,15 @@ TEST(ZQMp3File, BadFilesFailAndTheStreamKeepsToItsAnswers) {
     EXPECT_EQ(stream->Stat(&stat, STATFLAG_NONAME), E_UNEXPECTED);
     EXPECT_EQ(stream->Open(L"\\\\.\\NUL"), E_FAIL) << "not a disk file";
     EXPECT_EQ(stream->Open(Data(L"missing.mp3").c_str()), HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
+    // A file opened before and never closed would keep anyone else from writing it.
+    WriteAll(Data(L"twice.mp3"), ReadAll(Data(L"music.mp3")));
+    ZQ::WMAStream* twice = new ZQ::WMAStream;
+    EXPECT_EQ(twice->Open(Data(L"twice.mp3").c_str()), S_OK);
+    EXPECT_EQ(twice->Open(Data(L"twice.mp3").c_str()), S_OK);
+    twice->Release();
+    HANDLE writer = CreateFileW(Data(L"twice.mp3").c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    EXPECT_NE(writer, INVALID_HANDLE_VALUE) << "an open closes the file opened before";
+    CloseHandle(writer);
     ASSERT_EQ(stream->Open(Data(L"music.mp3").c_str()), S_OK);
     EXPECT_EQ(stream->Stat(&stat, STATFLAG_DEFAULT), E_INVALIDARG);
     EXPECT_EQ(stream->Stat(&stat, STATFLAG_NONAME), S_OK);
