@@ -20,8 +20,8 @@ void Rewind(IDirectSoundBuffer* buffer) {
     buffer->SetCurrentPosition(0);
 }
 
-// Platforms differ in what they make of a format no sound can have (some take it and play noise): such a
-// file is refused here, so that it registers nothing anywhere. Anything else is the device's to judge.
+// Platforms differ in what they make of a format no sound can have (Wine takes a rate of four billion, then
+// hangs playing it): such a file is refused here, on every platform. Anything else is the device's to judge.
 bool Playable(const WAVEFORMATEX* format, unsigned long bytes) {
     if (!format || format->nChannels == 0 || format->wBitsPerSample == 0 || format->nBlockAlign == 0 ||
         format->nSamplesPerSec < DSBFREQUENCY_MIN || format->nSamplesPerSec > DSBFREQUENCY_MAX ||
