@@ -12,6 +12,8 @@ WMAStream::~WMAStream() {
 }
 
 HRESULT WMAStream::Open(const wchar_t* path) {
+    if (m_file != INVALID_HANDLE_VALUE)
+        CloseHandle(m_file);
     m_file = CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (m_file == INVALID_HANDLE_VALUE)
         return HRESULT_FROM_WIN32(GetLastError());
@@ -73,8 +75,12 @@ HRESULT WMAStream::Stat(STATSTG* stat, DWORD flags) {
         return E_INVALIDARG;
     if (m_file == INVALID_HANDLE_VALUE)
         return E_UNEXPECTED;
+    // A size the platform could not tell would read as 4 GB.
+    LARGE_INTEGER size;
+    if (!GetFileSizeEx(m_file, &size))
+        return HRESULT_FROM_WIN32(GetLastError());
     memset(stat, 0, sizeof *stat);
-    stat->cbSize.QuadPart = GetFileSize(m_file, nullptr);
+    stat->cbSize.QuadPart = static_cast<ULONGLONG>(size.QuadPart);
     stat->type = STGTY_STREAM;
     return S_OK;
 }

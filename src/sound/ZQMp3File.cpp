@@ -33,6 +33,13 @@ const unsigned long kSlack = 8192;
 const HRESULT kNotFound = static_cast<HRESULT>(0xC00D07F0); // ASF_E_NOTFOUND
 // MP3 carries at least 8 kbit/s: no piece plays longer than its file's bytes at that rate.
 const double kLeastBytesPerSecond = 1000.0;
+// A reader that neither delivers, moves its clock nor reports for this long has stopped for good.
+const DWORD kReaderSilence = 15000;
+// How far the clock may run past the piece's duration without the end being reported.
+const QWORD kClockOverrun = 300000000; // 30 s
+const WORD kChannels = 2;
+const WORD kBits = 16;
+const DWORD kRate = 22050;
 
 template <typename Interface> void ReleaseAndNull(Interface*& object) {
     if (object)
@@ -122,6 +129,10 @@ IDirectSoundBuffer* ZQMp3File::Open(const wchar_t* path) {
     DWORD length = 0;
     if (FAILED(buffer->Lock(0, 0, &bytes, &length, nullptr, nullptr, DSBLOCK_ENTIREBUFFER)))
         return nullptr;
+    if (!bytes || length == 0) {
+        buffer->Unlock(bytes, length, nullptr, 0);
+        return nullptr;
+    }
     unsigned long got = 0;
     bool read = Read(static_cast<unsigned char*>(bytes), length, &got);
     // A buffer whose filling failed is deliberately not released.
@@ -131,35 +142,37 @@ IDirectSoundBuffer* ZQMp3File::Open(const wchar_t* path) {
 }
 
 bool ZQMp3File::PostOpen() {
-    WaitForSingleObject(m_dataEvent, INFINITE);
-    if (FAILED(m_lastResult))
+    if (WaitForReader(1, &m_dataEvent) != WAIT_OBJECT_0 || FAILED(m_lastResult))
         return false;
     DWORD outputs = 0;
     if (FAILED(m_reader->GetOutputCount(&outputs)) || outputs != 1)
         return false;
 
     DWORD formats = 0;
-    m_reader->GetOutputFormatCount(0, &formats);
+    if (FAILED(m_reader->GetOutputFormatCount(0, &formats)))
+        return false;
     IWMOutputMediaProps* chosen = nullptr;
     unsigned char* scratch = nullptr;
     DWORD scratchSize = 0;
     for (DWORD i = 0; i < formats && !chosen; ++i) {
         IWMOutputMediaProps* props = nullptr;
-        if (FAILED(m_reader->GetOutputFormat(0, i, &props)))
+        if (FAILED(m_reader->GetOutputFormat(0, i, &props)) || !props)
             continue;
         DWORD size = 0;
-        props->GetMediaType(nullptr, &size);
-        if (size > scratchSize) {
+        if (SUCCEEDED(props->GetMediaType(nullptr, &size)) && size > scratchSize) {
             delete[] scratch;
             scratch = new (std::nothrow) unsigned char[size];
             scratchSize = scratch ? size : 0;
         }
         WM_MEDIA_TYPE* type = reinterpret_cast<WM_MEDIA_TYPE*>(scratch);
-        if (scratch && size >= sizeof(WM_MEDIA_TYPE) && SUCCEEDED(props->GetMediaType(type, &size)) &&
-            type->formattype == kWaveFormatType && type->pbFormat && type->cbFormat >= sizeof(PCMWAVEFORMAT)) {
+        if (scratch && size >= sizeof(WM_MEDIA_TYPE) && size <= scratchSize &&
+            SUCCEEDED(props->GetMediaType(type, &size)) && type->formattype == kWaveFormatType &&
+            type->cbFormat >= sizeof(PCMWAVEFORMAT) && type->pbFormat >= scratch + sizeof(WM_MEDIA_TYPE) &&
+            type->pbFormat + type->cbFormat <= scratch + scratchSize) {
             m_format = WAVEFORMATEX();
             memcpy(&m_format, type->pbFormat, std::min<size_t>(type->cbFormat, sizeof m_format));
-            if (m_format.nChannels == 2 && m_format.wBitsPerSample == 16 && m_format.nSamplesPerSec == 22050) {
+            if (m_format.wFormatTag == WAVE_FORMAT_PCM && m_format.nChannels == kChannels &&
+                m_format.wBitsPerSample == kBits && m_format.nSamplesPerSec == kRate) {
                 chosen = props;
                 break;
             }
@@ -167,10 +180,17 @@ bool ZQMp3File::PostOpen() {
         props->Release();
     }
     delete[] scratch;
+    // Without the one format the board plays, there is nothing to set: the reader must not be given null.
+    if (!chosen)
+        return false;
     HRESULT hr = m_reader->SetOutputProps(0, chosen);
     ReleaseAndNull(chosen);
     if (FAILED(hr) || FAILED(m_readerAdvanced->SetUserProvidedClock(TRUE)))
         return false;
+    // The buffer's size and the pacing follow from these, whatever else the reader's block said.
+    m_format.nBlockAlign = kChannels * kBits / 8;
+    m_format.nAvgBytesPerSec = kRate * m_format.nBlockAlign;
+    m_format.cbSize = 0;
 
     unsigned char* duration = nullptr;
     QWORD units = 0;
@@ -179,13 +199,17 @@ bool ZQMp3File::PostOpen() {
     delete[] duration;
     double bytes = std::floor(static_cast<double>(units) / 1e7 * m_format.nAvgBytesPerSec + 0.5);
     STATSTG stat;
-    if (SUCCEEDED(m_stream->Stat(&stat, STATFLAG_NONAME))) {
-        double most =
-            std::floor((static_cast<double>(stat.cbSize.QuadPart) / kLeastBytesPerSecond + 1) * m_format.nAvgBytesPerSec);
-        if (bytes > most)
-            bytes = most;
-    }
+    if (FAILED(m_stream->Stat(&stat, STATFLAG_NONAME)))
+        return false;
+    double most =
+        std::floor((static_cast<double>(stat.cbSize.QuadPart) / kLeastBytesPerSecond + 1) * m_format.nAvgBytesPerSec);
+    if (bytes > most)
+        bytes = most;
     m_size = static_cast<unsigned long>(bytes);
+    m_size -= m_size % m_format.nBlockAlign;
+    // No duration: no buffer to make (DirectSound takes none this small).
+    if (m_size < DSBSIZE_MIN)
+        return false;
 
     if (!m_work) {
         m_workCapacity = static_cast<unsigned long>(std::floor(m_format.nAvgBytesPerSec * 1.5 + 0.5));
@@ -199,6 +223,22 @@ bool ZQMp3File::PostOpen() {
     m_needed = 0;
     m_open = TRUE;
     return true;
+}
+
+DWORD ZQMp3File::WaitForReader(DWORD count, const HANDLE* events) {
+    const QWORD lastClock = m_format.nAvgBytesPerSec
+                                ? static_cast<QWORD>(m_size) * 10000000 / m_format.nAvgBytesPerSec + kClockOverrun
+                                : kClockOverrun;
+    for (;;) {
+        const QWORD clock = m_clock;
+        const unsigned long held = m_held;
+        const DWORD woken = WaitForMultipleObjects(count, events, FALSE, kReaderSilence);
+        if (woken != WAIT_TIMEOUT)
+            return woken;
+        // Still decoding, or at least moving towards the end it has to report.
+        if (held == m_held && (clock == m_clock || m_clock > lastClock))
+            return WAIT_TIMEOUT;
+    }
 }
 
 bool ZQMp3File::Read(unsigned char* dest, unsigned long want, unsigned long* got) {
@@ -227,14 +267,11 @@ bool ZQMp3File::Read(unsigned char* dest, unsigned long want, unsigned long* got
         // asked for before its end: then the full data is enough, or the read would wait for an end that
         // the blocked reader can never reach.
         HANDLE events[2] = {m_endEvent, m_dataEvent};
-        DWORD woken = WaitForMultipleObjects(2, events, FALSE, INFINITE);
-        if (FAILED(m_lastResult))
+        DWORD woken = WaitForReader(2, events);
+        if ((woken != WAIT_OBJECT_0 && woken != WAIT_OBJECT_0 + 1) || FAILED(m_lastResult))
             return false;
-        if (woken == WAIT_OBJECT_0) {
-            WaitForSingleObject(m_dataEvent, INFINITE);
-            if (FAILED(m_lastResult))
-                return false;
-        }
+        if (woken == WAIT_OBJECT_0 && (WaitForReader(1, &m_dataEvent) != WAIT_OBJECT_0 || FAILED(m_lastResult)))
+            return false;
     }
     if (m_held < want) {
         memcpy(dest, m_work, m_held);
@@ -375,7 +412,8 @@ HRESULT ZQMp3File::OnSample(DWORD, QWORD, QWORD, DWORD, INSSBuffer* sample, void
     DWORD length = 0;
     // Wine's samples answer GetLength with E_NOTIMPL: GetBufferAndLength then gives both.
     if (FAILED(sample->GetBuffer(&bytes)) ||
-        (FAILED(sample->GetLength(&length)) && FAILED(sample->GetBufferAndLength(&bytes, &length))))
+        (FAILED(sample->GetLength(&length)) && FAILED(sample->GetBufferAndLength(&bytes, &length))) ||
+        (!bytes && length > 0))
         return E_FAIL;
     if (m_held + length > m_workCapacity) {
         unsigned long capacity = m_held + length + kSlack;

@@ -1,6 +1,7 @@
 #include "ZQ/sound/ZQSound.h"
 
 #include "ZQ/frame/ZQMediaSearch.h"
+#include "src/formats/ZQNameText.h"
 
 #include <cstring>
 #include <cwchar>
@@ -17,6 +18,17 @@ IDirectSoundBuffer* Buffer(void* value) { return static_cast<IDirectSoundBuffer*
 void Rewind(IDirectSoundBuffer* buffer) {
     buffer->Stop();
     buffer->SetCurrentPosition(0);
+}
+
+// Platforms differ in what they make of a format no sound can have (Wine takes a rate of four billion, then
+// hangs playing it): such a file is refused here, on every platform. Anything else is the device's to judge.
+bool Playable(const WAVEFORMATEX* format, unsigned long bytes) {
+    if (!format || format->nChannels == 0 || format->wBitsPerSample == 0 || format->nBlockAlign == 0 ||
+        format->nSamplesPerSec < DSBFREQUENCY_MIN || format->nSamplesPerSec > DSBFREQUENCY_MAX ||
+        bytes < format->nBlockAlign || bytes > DSBSIZE_MAX)
+        return false;
+    return format->wFormatTag != WAVE_FORMAT_PCM ||
+           (format->wBitsPerSample % 8 == 0 && format->nBlockAlign == format->nChannels * format->wBitsPerSample / 8);
 }
 
 } // namespace
@@ -38,10 +50,11 @@ ZQSound::~ZQSound() {
 }
 
 void ZQSound::Entry(const wchar_t* name, const wchar_t* file) {
-    if (!m_device)
+    if (!m_device || !name || !file)
         return;
-    wchar_t found[MAX_PATH];
-    ZQFindDXSDKMediaFileCch(found, MAX_PATH, file);
+    wchar_t found[MAX_PATH] = {};
+    if (ZQFindDXSDKMediaFileCch(found, MAX_PATH, file) == E_INVALIDARG)
+        return;
     ZQString path(L"%s", found);
     path.upper();
     void* value;
@@ -53,12 +66,13 @@ void ZQSound::Entry(const wchar_t* name, const wchar_t* file) {
         value = const_cast<wchar_t*>(name); // deliberately the name itself, not a buffer
     if (!value)
         return;
-    ZQString key(name);
+    ZQString key(L"%ls", formats::NameFromFormatText(name).c_str());
     m_sounds.insert(key, value);
 }
 
+// The map's read-only lookup: buttons on other threads may play sounds at the same time.
 IDirectSoundBuffer* ZQSound::Trans(const wchar_t* name) {
-    return m_device ? Buffer(m_sounds.find(name)) : nullptr;
+    return m_device ? Buffer(m_sounds.find_name(name)) : nullptr;
 }
 
 bool ZQSound::Play(const wchar_t* name, bool rewind, unsigned long priority, unsigned long flags) {
@@ -92,7 +106,10 @@ IDirectSoundBuffer* ZQSound::Create(const wchar_t* file, unsigned long flags, GU
     ZQWaveFile* wave = new (std::nothrow) ZQWaveFile;
     if (!wave)
         return nullptr;
-    wave->Open(const_cast<wchar_t*>(file), nullptr, 1);
+    if (FAILED(wave->Open(const_cast<wchar_t*>(file), nullptr, 1)) || !Playable(wave->GetFormat(), wave->GetSize())) {
+        delete wave;
+        return nullptr;
+    }
     DSBUFFERDESC description = {};
     // The structure's own size (36 bytes in a 32-bit build).
     description.dwSize = sizeof description;
@@ -121,6 +138,10 @@ HRESULT ZQSound::FillBufferWithSound(IDirectSoundBuffer* buffer, ZQWaveFile* wav
     hr = buffer->Lock(0, wave->GetSize(), &bytes, &locked, nullptr, nullptr, 0);
     if (FAILED(hr))
         return hr;
+    if (!bytes) {
+        buffer->Unlock(bytes, locked, nullptr, 0);
+        return E_FAIL;
+    }
     unsigned char* area = static_cast<unsigned char*>(bytes);
     const WAVEFORMATEX* format = wave->GetFormat();
     const int silence = format && format->wBitsPerSample == 8 ? 128 : 0;

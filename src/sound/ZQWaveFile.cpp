@@ -128,10 +128,14 @@ HRESULT ZQWaveFile::ReadMMIO() {
     if (mmioRead(m_handle, reinterpret_cast<HPSTR>(&pcm), kPcmHeader) != kPcmHeader)
         return E_FAIL;
 
+    // The extra bytes are the chunk's: a 16-byte block (float waves often have one) has none, and a count
+    // that claims more than the chunk holds would read the next chunk's bytes as format.
     WORD extra = 0;
-    if (pcm.wf.wFormatTag != WAVE_FORMAT_PCM &&
-        mmioRead(m_handle, reinterpret_cast<HPSTR>(&extra), sizeof extra) != sizeof extra)
-        return E_FAIL;
+    if (pcm.wf.wFormatTag != WAVE_FORMAT_PCM && fmt.cksize >= kFormatHeader) {
+        if (mmioRead(m_handle, reinterpret_cast<HPSTR>(&extra), sizeof extra) != sizeof extra)
+            return E_FAIL;
+        extra = static_cast<WORD>(std::min<DWORD>(extra, fmt.cksize - kFormatHeader));
+    }
     m_format = NewFormat(extra);
     if (!m_format)
         return E_FAIL;

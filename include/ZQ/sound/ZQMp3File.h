@@ -29,10 +29,12 @@ public:
     IDirectSoundBuffer* Open(const wchar_t* path);
     /// Creates the reader and its events; false when wmvcore.dll or the reader is missing.
     bool PreOpen();
-    /// Waits for the open, picks the output format, takes the size from "Duration"; false on failure.
+    /// Waits for the open, picks the output format, takes the size from "Duration"; false on failure,
+    /// when the reader offers no 22,050 Hz 16-bit stereo output or when the piece has no duration.
     bool PostOpen();
     /// Hands out up to want decoded bytes, decoding first; returns once the piece is decoded (or
-    /// want bytes are there). False on a reader error or when nothing is open.
+    /// want bytes are there). False on a reader error, when nothing is open, or when the reader has
+    /// neither delivered nor moved on for 15 seconds.
     bool Read(unsigned char* dest, unsigned long want, unsigned long* got);
     /// Stops the reader and releases it, the stream and the events.
     void Close();
@@ -66,6 +68,8 @@ public:
 
 private:
     void ClockTick();
+    /// Waits for one of the events as WaitForMultipleObjects does; WAIT_TIMEOUT once the reader has gone silent.
+    DWORD WaitForReader(DWORD count, const HANDLE* events);
 
     IDirectSound8* m_device;
     IWMReader* m_reader;

@@ -7,7 +7,8 @@
 namespace ZQ {
 
 /// The sound board: named wave effects in static DirectSound buffers and one MP3 piece decoded
-/// whole. Names are case-insensitive. Use it from the application's thread.
+/// whole. Names are case-insensitive. Register from one thread; once registered, sounds may be
+/// looked up, played, tested and stopped from several threads at once.
 class ZQ_API ZQSound : private ZQMp3File {
 public:
     /// Opens the default device and sets window and level as given. Without a device every
@@ -21,8 +22,10 @@ public:
     /// Registers file (found by the media search) under name: ".WAV" as a static buffer, ".MP3"
     /// decoded into the board's one stream (a later MP3 replaces the decoding, not the earlier
     /// buffer). Any other extension registers the name pointer itself, which is no buffer: such an
-    /// entry must not be played, stopped or left in a board that is destroyed. The name is a format
-    /// string ("%" is a directive); a repeated name adds an entry that lookups never reach.
+    /// entry must not be played, stopped or left in a board that is destroyed. The name is read as
+    /// format text: "%%" is registered as "%", any other conversion as written. A file that cannot be
+    /// read or played (a format no device takes, an MP3 without a 22,050 Hz 16-bit stereo output)
+    /// registers nothing. A repeated name adds an entry that lookups never reach.
     void Entry(const wchar_t* name, const wchar_t* file);
     /// The buffer registered under name, or null.
     IDirectSoundBuffer* Trans(const wchar_t* name);
