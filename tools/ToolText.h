@@ -1,6 +1,8 @@
 // Text the authoring tools share: names are UTF-8 in manifests and on the terminal, UTF-16 in the
 // files; what the library makes of a name; whole numbers from the command line.
 #pragma once
+#include "ZQListCeiling.h"
+
 #include <string>
 
 /// Malformed sequences are read as far as they go, not rejected.
@@ -11,7 +13,7 @@ std::string Utf8(const std::u16string& text);
 namespace zqtools {
 
 /// The entries the library keeps of a scene's frames or a path's keys: its lists stop growing there.
-const long long kLibraryListCeiling = 10240;
+const long long kLibraryListCeiling = ZQ::formats::kListCeiling;
 
 /// Upper case as the library's name lookups compare (after setlocale(LC_CTYPE, "C.UTF-8")).
 std::u16string FoldedName(const std::string& utf8);

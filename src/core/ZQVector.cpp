@@ -1,4 +1,5 @@
 #include "ZQ/core/ZQVector.h"
+#include "src/formats/ZQListCeiling.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -7,8 +8,7 @@ namespace ZQ {
 
 namespace {
 const unsigned int kInitialPlaces = 32;
-// The ceiling of the original private heap (0x14000 bytes for two arrays of four-byte places).
-const unsigned int kMaxPlaces = 0x14000 / 8;
+const unsigned int kMaxPlaces = formats::kListCeiling;
 } // namespace
 
 ZQVector::ZQVector() {
