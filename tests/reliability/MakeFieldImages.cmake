@@ -7,8 +7,8 @@ file(REMOVE_RECURSE ${DATA})
 file(MAKE_DIRECTORY ${DATA})
 set(colour ( -size 19x12 xc:red -size 18x12 xc:lime +append ) ( -size 19x11 xc:blue -size 18x11 xc:white +append )
     -append)
-set(grey ( -size 19x12 xc:gray0 -size 18x12 xc:#404040 +append )
-    ( -size 19x11 xc:#bfbfbf -size 18x11 xc:gray100 +append ) -append -type Grayscale)
+set(grey ( -size 19x12 xc:gray0 -size 18x12 "xc:#404040" +append )
+    ( -size 19x11 "xc:#bfbfbf" -size 18x11 xc:gray100 +append ) -append -type Grayscale)
 
 # name, source, ImageMagick's output options and file
 set(images
