@@ -174,12 +174,10 @@ TEST_F(PlayTest, TenThousandSwitchesFromFourThreadsPairEveryCreateWithADestroy) 
                 for (int spin = 0; spin < 200 && g_app->GetCurrentFrameNumber() == frame; ++spin)
                     Sleep(0);
             }
-            ++finished;
+            // The last thread to finish ends the loop from where it is: Shutdown is for any thread too.
+            if (++finished == 4)
+                g_app->Shutdown();
         });
-    app->SetFrameMoveFunc([](IDirect3DDevice9*, double, float, void*) {
-        if (finished == 4)
-            g_app->Shutdown();
-    });
     app->SetOverrideQuitAfterFrame(1000000);
     EXPECT_EQ(app->MainLoop(nullptr), S_OK);
     for (std::thread& thread : threads)
