@@ -66,6 +66,13 @@ EOF
         DISPLAY=$display wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1 </dev/null
         touch "$state/prefix-settings"
     fi
+    # A program that crashes ends at once instead of waiting in Wine's debugger until CTest's timeout;
+    # the tests' own crash handlers say where it happened.
+    if ! grep -q no-debugger "$state/prefix-settings"; then
+        DISPLAY=$display wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' \
+            /v Debugger /d '' /f >/dev/null 2>&1 </dev/null
+        echo no-debugger >>"$state/prefix-settings"
+    fi
     # Wine's services and desktop process start with the first program and keep its output
     # open; start them here, with ours closed, so that no test's output stays held.
     DISPLAY=$display wine wineboot >/dev/null 2>&1 </dev/null
