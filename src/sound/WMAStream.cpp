@@ -75,12 +75,15 @@ HRESULT WMAStream::Stat(STATSTG* stat, DWORD flags) {
         return E_INVALIDARG;
     if (m_file == INVALID_HANDLE_VALUE)
         return E_UNEXPECTED;
-    // A size the platform could not tell would read as 4 GB.
-    LARGE_INTEGER size;
-    if (!GetFileSizeEx(m_file, &size))
+    // A size the platform could not tell would read as 4 GB: a failure is told apart from a size whose
+    // low part happens to be all ones by the last error.
+    DWORD high = 0;
+    SetLastError(NO_ERROR);
+    const DWORD low = GetFileSize(m_file, &high);
+    if (low == INVALID_FILE_SIZE && GetLastError() != NO_ERROR)
         return HRESULT_FROM_WIN32(GetLastError());
     memset(stat, 0, sizeof *stat);
-    stat->cbSize.QuadPart = static_cast<ULONGLONG>(size.QuadPart);
+    stat->cbSize.QuadPart = static_cast<ULONGLONG>(high) << 32 | low;
     stat->type = STGTY_STREAM;
     return S_OK;
 }
