@@ -1,7 +1,7 @@
 #include "src/core/ZQFileBytes.h"
+#include "src/core/ZQOutOfMemory.h"
 
 #include <algorithm>
-#include <new>
 
 namespace ZQ {
 
@@ -18,11 +18,9 @@ bool ReadBytes(const wchar_t* path, std::vector<uint8_t>& bytes, LONGLONG limit,
     LARGE_INTEGER size;
     bool ok = GetFileSizeEx(file, &size) && (limit > 0 || size.QuadPart <= kMaxFileBytes);
     if (ok) {
-        try {
+        ok = ZQSurvivesOutOfMemory([&] {
             bytes.resize(static_cast<size_t>(limit > 0 ? std::min(size.QuadPart, limit) : size.QuadPart));
-        } catch (const std::bad_alloc&) {
-            ok = false;
-        }
+        });
     }
     DWORD read = 0;
     if (ok && !bytes.empty())

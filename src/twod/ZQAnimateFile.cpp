@@ -3,12 +3,12 @@
 #include "ZQ/frame/ZQMediaSearch.h"
 #include "ZQ/twod/ZQAnimate.h"
 #include "src/core/ZQFileBytes.h"
+#include "src/core/ZQOutOfMemory.h"
 #include "src/formats/ZQAnimationFile.h"
 #include "src/formats/ZQNameText.h"
 
 #include <cstdio>
 #include <cstring>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -91,11 +91,8 @@ void Load(ZQSprite* sprite, ZQMapper* scenes, const wchar_t* file, Kind kind) {
 }
 
 void LoadQuietly(ZQSprite* sprite, ZQMapper* scenes, const wchar_t* file, Kind kind) {
-    try {
-        Load(sprite, scenes, file, kind);
-    } catch (const std::bad_alloc&) {
-        // Out of memory while reading: the file is dropped as far as it got.
-    }
+    // Out of memory while reading: the file is dropped as far as it got.
+    ZQSurvivesOutOfMemory([&] { Load(sprite, scenes, file, kind); });
 }
 
 } // namespace

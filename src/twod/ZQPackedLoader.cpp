@@ -1,5 +1,6 @@
 #include "src/twod/ZQPackedLoader.h"
 #include "src/core/ZQFileBytes.h"
+#include "src/core/ZQOutOfMemory.h"
 #include "src/formats/ZQNameText.h"
 #include "src/formats/ZQPackedTexture.h"
 #include "ZQ/frame/ZQMediaSearch.h"
@@ -166,11 +167,8 @@ void LoadPacked(IDirect3DDevice9* device, ZQMapper* chunks, const wchar_t* file,
 
 void ZQLoadPackedFile(IDirect3DDevice9* device, ZQMapper* chunks, const wchar_t* file, ZQPackedFormat format,
                       bool split) {
-    try {
-        LoadPacked(device, chunks, file, format, split);
-    } catch (...) {
-        // Out of memory while reading: the file is dropped like any other bad file.
-    }
+    // Out of memory while reading: the file is dropped like any other bad file.
+    ZQSurvivesOutOfMemory([&] { LoadPacked(device, chunks, file, format, split); });
 }
 
 IDirect3DTexture9* ZQCopyToNewTexture(IDirect3DDevice9* device, IDirect3DTexture9* source, const RECT* sourceRect,

@@ -2,12 +2,12 @@
 #include "ZQ/core/ZQLock.h"
 #include "ZQ/frame/ZQMediaSearch.h"
 #include "src/core/ZQFileBytes.h"
+#include "src/core/ZQOutOfMemory.h"
 #include "src/formats/ZQAnimationFile.h"
 #include "src/formats/ZQNameText.h"
 
 #include <cstring>
 #include <cwchar>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -63,11 +63,8 @@ ZQSplFile::~ZQSplFile() {
 
 void ZQSplFile::Entry(const wchar_t* file, WORD first, WORD second) {
     ZQLock lock(&m_lock);
-    try {
-        LoadSplines(m_paths, file, first, second);
-    } catch (const std::bad_alloc&) {
-        // Out of memory while reading: the paths read so far stay.
-    }
+    // Out of memory while reading: the paths read so far stay.
+    ZQSurvivesOutOfMemory([&] { LoadSplines(m_paths, file, first, second); });
 }
 
 ZQSpline::ZQSpline(const wchar_t* file, WORD first, WORD second) : ZQSplFile(&m_paths) {

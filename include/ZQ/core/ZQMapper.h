@@ -89,7 +89,7 @@ private:
     void Remove(ZQNode* level);
     void RemoveCenter(ZQNode* node);
 
-    unsigned int m_fanOut;
+    [[maybe_unused]] unsigned int m_fanOut; ///< kept in the layout; the map does not read it
     unsigned int m_count;
     ZQNode* m_root;
     ZQNode* m_head;

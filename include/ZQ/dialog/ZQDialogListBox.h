@@ -50,7 +50,8 @@ private:
     int m_visibleLines = 0, m_lineHeight = 0, m_shadowOffset = 0;
     D3DXCOLOR m_shadowColour = D3DXCOLOR(0.0f, 0.0f, 0.0f, 1.0f);
     ZQVector m_lines; ///< owned Line*
-    bool m_disabled = false, m_visible = true;
+    bool m_disabled = false;
+    [[maybe_unused]] bool m_visible = true; ///< kept in the layout; the list box is always drawn
     CRITICAL_SECTION m_lock;
     unsigned int m_id;
 };

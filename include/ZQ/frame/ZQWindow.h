@@ -20,8 +20,16 @@ public:
     HRESULT SetWindow(HWND focus, HWND deviceFullScreen, HWND deviceWindowed, bool handleMessages);
     /// Closes the application window (as the user would).
     void CloseWindow();
-    /// Copies the title into the 256-character title buffer.
+    /// Copies the title into the 256-character title buffer. It hides the response interface's
+    /// SetWindowTitle(wchar_t*) on purpose: that one stays the empty default.
+#if defined(__clang__)
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Woverloaded-virtual"
+#endif
     void SetWindowTitle(const wchar_t* title);
+#if defined(__clang__)
+#pragma clang diagnostic pop
+#endif
     static LRESULT CALLBACK WndProc(HWND hWnd, UINT msg, WPARAM wParam, LPARAM lParam);
 
     void SethWnd(HWND hWnd) override;
