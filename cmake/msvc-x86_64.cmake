@@ -47,12 +47,14 @@ set(CMAKE_CXX_FLAGS_INIT "${ZQ_MSVC_FLAGS}")
 set(CMAKE_USER_MAKE_RULES_OVERRIDE ${CMAKE_CURRENT_LIST_DIR}/msvc/flags-override.cmake)
 set(CMAKE_RC_FLAGS_INIT "/I ${ZQ_WINE_INCLUDE}/windows")
 
-# Every program and DLL gets the project's start-up and the universal C runtime.
+# Every program and DLL gets the project's start-up, the universal C runtime and the system libraries a
+# Visual Studio project links by default.
 set(ZQ_MSVC_LINK "/libpath:${ZQ_MSVC_RUNTIME} /nodefaultlib")
 foreach(kind EXE SHARED MODULE)
     set(CMAKE_${kind}_LINKER_FLAGS_INIT "${ZQ_MSVC_LINK}")
 endforeach()
-set(ZQ_MSVC_LIBRARIES "zqcrt.lib ucrtbase.lib kernel32.lib ntdll.lib")
+set(ZQ_MSVC_LIBRARIES "zqcrt.lib ucrtbase.lib kernel32.lib ntdll.lib user32.lib gdi32.lib shell32.lib \
+ole32.lib oleaut32.lib uuid.lib advapi32.lib")
 set(CMAKE_C_STANDARD_LIBRARIES "${ZQ_MSVC_LIBRARIES}" CACHE STRING "" FORCE)
 set(CMAKE_CXX_STANDARD_LIBRARIES "${ZQ_MSVC_LIBRARIES}" CACHE STRING "" FORCE)
 

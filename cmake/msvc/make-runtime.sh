@@ -28,14 +28,19 @@ for entry in 1 2 3 4; do
 done
 "$llvm/llvm-lib" /out:"$out/zqcrt.lib" "$out"/obj/*.obj
 
-{
-    echo "LIBRARY d3dx9_41.dll"
-    echo "EXPORTS"
-    "$llvm/llvm-readobj" --coff-exports "$wine_lib/d3dx9_41.dll" | sed -n 's/^ *Name: //p'
-} >"$out/d3dx9_41.def"
-"$llvm/llvm-dlltool" -m i386:x86-64 -d "$out/d3dx9_41.def" -l "$out/d3dx9_41.lib"
-
 for library in "$wine_lib"/lib*.a; do
     name="$(basename "$library" .a)"
     ln -sf "$library" "$out/${name#lib}.lib"
+done
+
+# Import libraries made from the DLLs' export lists: Wine's libd3dx9.a imports d3dx9_36, and its
+# libucrtbase.a carries MinGW-style start-up objects that would compete with zqcrt.lib's.
+for dll in d3dx9_41 ucrtbase; do
+    {
+        echo "LIBRARY $dll.dll"
+        echo "EXPORTS"
+        "$llvm/llvm-readobj" --coff-exports "$wine_lib/$dll.dll" | sed -n 's/^ *Name: //p'
+    } >"$out/$dll.def"
+    rm -f "$out/$dll.lib"
+    "$llvm/llvm-dlltool" -m i386:x86-64 -d "$out/$dll.def" -l "$out/$dll.lib"
 done

@@ -1,0 +1,293 @@
+// The library as a program of the other ABI sees it: classes derived, copied and deleted across the DLL
+// boundary, inline header code, the C runtime's formatting, and the library calling back into the
+// program's overrides from its own threads and its frame. Runs with the kiosk's artwork beside it and
+// the serial line's COM7 and COM8; prints "N passed, N failed".
+#include <ZQVelisto.h>
+
+#include <cstdio>
+#include <cstring>
+#include <cwchar>
+
+using namespace ZQ;
+
+namespace {
+
+int g_passed = 0;
+int g_failed = 0;
+
+void Check(bool ok, const char* what, int line) {
+    if (ok) {
+        ++g_passed;
+    } else {
+        ++g_failed;
+        std::printf("FAILED line %d: %s\n", line, what);
+    }
+}
+#define CHECK(condition) Check((condition), #condition, __LINE__)
+
+// ---- Strings: the library formats with the universal C runtime, whose wide %s differs from MinGW's.
+
+void StringsAndFormatting() {
+    ZQString mixed(L"%s|%ls|%hs|%d|%5.2f", L"wide", L"ls", "narrow", 7, 3.14159);
+    CHECK(mixed == L"wide|ls|narrow|7| 3.14");
+    ZQString narrow("%s=%u", "credits", 12u);
+    CHECK(std::strcmp(static_cast<char*>(narrow), "credits=12") == 0);
+    CHECK(narrow == L"credits=12");
+    CHECK(narrow.size() == 10 && !narrow.empty() && narrow[0] == L'c');
+
+    ZQString copy(mixed);
+    copy += L"!";
+    ZQString assigned;
+    assigned = copy;
+    CHECK(mixed == L"wide|ls|narrow|7| 3.14" && assigned == L"wide|ls|narrow|7| 3.14!");
+    CHECK(ZQString(L"Coin").upper() == L"COIN");
+}
+
+// ---- Value classes, templates and inline members compiled into the program.
+
+void ValuesAndTemplates() {
+    ZQRect rect(10, 20, 110, 70);
+    CHECK(rect.width() == 100.0f && rect.HalfHeight() == 25.0f);
+    CHECK(rect.isOverlap(50, 40) && !rect.isOverlap(5, 40));
+    ZQRect moved = rect + D3DXVECTOR2(5.0f, 5.0f);
+    CHECK(moved.left == 15.0f && rect.left == 10.0f);
+
+    ZQArray<int> numbers;
+    for (int i = 0; i < 5; ++i)
+        numbers.Add(i * i);
+    ZQArray<int> numbersCopy(numbers);
+    CHECK(numbersCopy.GetSize() == 5 && numbersCopy.IndexOf(9) == 3 && numbersCopy.Contains(16));
+
+    ZQMapper names;
+    ZQString coinName(L"Coin");
+    int coin = 5;
+    names.insert(coinName, &coin);
+    CHECK(names.find("COIN") == &coin && names.find(L"coin") == &coin && !names.empty());
+    int walked = 0;
+    for (ZQMapper::iterator it = names.begin(); it != names.end(); ++it)
+        ++walked;
+    CHECK(walked == 1);
+
+    ZQVector list;
+    list.push_back(&coin);
+    ZQVector listCopy(list);
+    CHECK(listCopy.size() == 1 && listCopy[0] == &coin && *listCopy.begin() == &coin);
+
+    _3D::ZQ3DSpline path;
+    for (int i = 0; i < 5; ++i)
+        path.push_back(_3D::_ZQ3DTcbSpline_tag(D3DXVECTOR3(static_cast<float>(i), 0.0f, 0.0f), static_cast<float>(i)));
+    _3D::ZQ3DSpline pathCopy(path);
+    path.clear();
+    CHECK(pathCopy.GetKeyCount() == 5 && pathCopy.isReady() && path.GetKeyCount() == 0);
+    D3DXVECTOR3 middle = pathCopy.GetPosition(2.0f);
+    CHECK(middle.x > 1.99f && middle.x < 2.01f);
+}
+
+// ---- Scenes: the manager calls the program's overrides and deletes the program's scenes.
+
+char g_sceneLog[256];
+
+void Log(const char* text) { strcat_s(g_sceneLog, sizeof g_sceneLog, text); }
+
+class TitleScene : public ZQScene {
+public:
+    HRESULT OnCreateDevice(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*) override {
+        Log("title+ ");
+        return S_OK;
+    }
+    void OnDestroyDevice(void*) override { Log("title- "); }
+    ~TitleScene() override { Log("title~ "); }
+};
+
+class GameScene : public ZQScene {
+public:
+    HRESULT OnCreateDevice(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*) override {
+        Log("game+ ");
+        return S_OK;
+    }
+    void OnDestroyDevice(void*) override { Log("game- "); }
+    ~GameScene() override { Log("game~ "); }
+    bool m_isGame = true;
+};
+
+void ScenesOwnedByTheLibrary() {
+    g_sceneLog[0] = '\0';
+    {
+        ZQSceneManager scenes;
+        scenes.Entry(L"Title", new TitleScene);
+        GameScene* game = new GameScene;
+        scenes.Entry(L"Game", game);
+        scenes.Trans(L"title");
+        scenes.Dispatcher(nullptr, nullptr, nullptr);
+        scenes.Trans(L"GAME");
+        scenes.Dispatcher(nullptr, nullptr, nullptr);
+        CHECK(scenes.GetCurrent() == game && static_cast<GameScene*>(scenes.GetCurrent())->m_isGame);
+        GameScene copy(*game);
+        copy = *game;
+    }
+    CHECK(std::strcmp(g_sceneLog, "title+ title- game+ game~ title- title~ game- game~ ") == 0);
+    if (g_failed)
+        std::printf("scene log: %s\n", g_sceneLog);
+}
+
+// ---- A thread of the library running the program's override.
+
+class Worker : public ZQThread {
+public:
+    void Run() { SetStart(&m_input); }
+    bool Done() { return GetFinish(); }
+    void OnThread(void* param) override {
+        m_result = *static_cast<int*>(param) * 2;
+        m_threadId = GetCurrentThreadId();
+        SetFinish(true);
+    }
+    int m_input = 21;
+    int m_result = 0;
+    DWORD m_threadId = 0;
+};
+
+void ThreadOverride() {
+    Worker worker;
+    worker.Run();
+    for (int i = 0; i < 500 && !worker.Done(); ++i)
+        Sleep(10);
+    CHECK(worker.Done() && worker.m_result == 42);
+    CHECK(worker.m_threadId != 0 && worker.m_threadId != GetCurrentThreadId());
+}
+
+// ---- Serial: the port's threads call the program's responder.
+
+class PortResponder : public _ZQResponseClass_tag {
+public:
+    void OnClassInit(void*) override { InterlockedIncrement(&m_inits); }
+    void OnClassRecv(void*) override { InterlockedIncrement(&m_receives); }
+    volatile LONG m_inits = 0;
+    volatile LONG m_receives = 0;
+};
+
+void SerialResponder() {
+    PortResponder machineEvents, acceptorEvents;
+    ZQRS232 machine(&machineEvents);
+    ZQRS232 acceptor;
+    acceptor.SetResponse(&acceptorEvents);
+    bool open = machine.Open(L"COM7", 9600, 8, ONESTOPBIT, NOPARITY) &&
+                acceptor.Open(L"COM8", 9600, 8, ONESTOPBIT, NOPARITY);
+    CHECK(open && machineEvents.m_inits == 1 && acceptorEvents.m_inits == 1);
+    CHECK(acceptor.GetResponse() == &acceptorEvents);
+    unsigned char coin[3] = {0x02, 0x64, 0x03};
+    CHECK(acceptor.send(coin, 3) == 3);
+    unsigned char received[2180] = {};
+    int length = 0;
+    for (int i = 0; i < 500 && length == 0; ++i) {
+        length = machine.recv(received);
+        if (length == 0)
+            Sleep(10);
+    }
+    CHECK(length == 3 && std::memcmp(received, coin, 3) == 0 && machineEvents.m_receives >= 1);
+    machine.Close();
+    acceptor.Close();
+}
+
+// ---- The application: frames, a sprite and a dialog whose button reports to the program.
+
+const unsigned int kButtonId = 7;
+
+class Screen : public ZQScene, public _ZQResponseDialog_tag {
+public:
+    HRESULT OnCreateDevice(IDirect3DDevice9* device, const D3DSURFACE_DESC*, void*) override {
+        ++m_creates;
+        m_sprite = new ZQSprite(device);
+        m_sprite->Entry(L"kiosk.te");
+        m_dialog = new ZQDialog(m_sprite, nullptr, this);
+        D3DXVECTOR3 position(100.0f, 100.0f, 0.0f);
+        m_dialog->AddButton(kButtonId, L"button", L"button_down", L"button_over", L"button", position, false);
+        D3DXVECTOR3 barPosition(10.0f, 10.0f, 0.0f);
+        m_dialog->AddTimeBar(1, L"bar", barPosition, 4.0f, 0);
+        return S_OK;
+    }
+    void OnDestroyDevice(void*) override {
+        delete m_dialog;
+        m_dialog = nullptr;
+        delete m_sprite;
+        m_sprite = nullptr;
+    }
+    void OnFrameMove(IDirect3DDevice9* device, double time, float elapsed, void* context) override {
+        if (!m_dialog)
+            return;
+        ++m_frames;
+        if (m_frames == 3) {
+            m_dialog->OnMouse(true, true, false, false, false, false, 0, 120, 110, context);
+            m_dialog->OnMouse(false, true, false, false, false, false, 0, 121, 111, context);
+        }
+        m_dialog->OnFrameMove(device, time, elapsed, context);
+    }
+    void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context) override {
+        device->Clear(0, nullptr, D3DCLEAR_TARGET, D3DCOLOR_XRGB(0, 0, 64), 1.0f, 0);
+        if (m_dialog && SUCCEEDED(device->BeginScene())) {
+            m_dialog->OnFrameRender(device, time, elapsed, context);
+            device->EndScene();
+        }
+    }
+    void __stdcall OnEvent(unsigned int id, int x, int y) override {
+        m_eventId = id;
+        m_eventX = x;
+        m_eventY = y;
+    }
+
+    ZQSprite* m_sprite = nullptr;
+    ZQDialog* m_dialog = nullptr;
+    int m_creates = 0;
+    int m_frames = 0;
+    unsigned int m_eventId = 0;
+    int m_eventX = 0, m_eventY = 0;
+};
+
+class App : public ZQVelisto {
+public:
+    App() : ZQVelisto(L"ABI test", 320, 240) {}
+    void Create() override { ++m_creates; }
+    int m_creates = 0;
+};
+
+void ApplicationAndDialog() {
+    App app;
+    app.Create();
+    CHECK(app.m_creates == 1);
+    bool ready = SUCCEEDED(app.Init(false, false, true, true)) &&
+                 SUCCEEDED(app.CreateWindow(L"ABI test", GetModuleHandleW(nullptr), nullptr, nullptr, 0, 0)) &&
+                 SUCCEEDED(app.CreateDevice(0, true, 320, 240, nullptr, nullptr, nullptr));
+    CHECK(ready);
+    if (!ready)
+        return;
+    Screen* screen = new Screen;
+    app.Entry(L"Screen", screen);
+    app.Trans(L"Screen");
+    app.SetOverrideQuitAfterFrame(10);
+    app.MainLoop(nullptr);
+    CHECK(app.GetExitCode() == 0);
+    CHECK(screen->m_creates >= 1 && screen->m_frames >= 5);
+    CHECK(screen->m_eventId == kButtonId && screen->m_eventX == 121 && screen->m_eventY == 111);
+    CHECK(app.GetDevice() == nullptr || app.GetDevice() == app.GetD3DDevice());
+}
+
+} // namespace
+
+int main() {
+    // Unbuffered, so that a crash still shows which group it happened in.
+    std::setvbuf(stdout, nullptr, _IONBF, 0);
+    const struct {
+        const char* name;
+        void (*run)();
+    } groups[] = {{"strings and formatting", StringsAndFormatting},
+                  {"values and templates", ValuesAndTemplates},
+                  {"scenes owned by the library", ScenesOwnedByTheLibrary},
+                  {"thread override", ThreadOverride},
+                  {"serial responder", SerialResponder},
+                  {"application and dialog", ApplicationAndDialog}};
+    for (const auto& group : groups) {
+        std::printf("%s\n", group.name);
+        group.run();
+    }
+    std::printf("%d passed, %d failed\n", g_passed, g_failed);
+    return g_failed == 0 ? 0 : 1;
+}
