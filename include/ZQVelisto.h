@@ -2,6 +2,7 @@
 // Umbrella header of the ZQVelisto library: include this one header in a host program.
 
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQVersion.h"
 #include "ZQ/core/ZQPlatform.h"
 
 #include "ZQ/core/ZQArray.h"

@@ -1,8 +1,10 @@
-# Installs the library into a staging prefix, builds a host against it with the CMake recipe copied
-# from README.md (and tests/host/project/main.cpp as its program) and runs the program under Wine.
-set(stage ${BINARY_DIR}/host/stage)
-set(project ${BINARY_DIR}/host/project)
-set(build ${BINARY_DIR}/host/build)
+# Makes this build's release package with CPack, unpacks it into a fresh folder, builds a host against
+# the unpacked package alone with the CMake recipe copied from README.md (and tests/host/project/main.cpp
+# as its program), with the toolchain of the package's ABI, and runs the program under Wine.
+set(work ${BINARY_DIR}/host)
+set(unpacked ${work}/unpacked)
+set(project ${work}/project)
+set(build ${work}/build)
 
 include(${CMAKE_CURRENT_LIST_DIR}/../../cmake/RunChecked.cmake)
 
@@ -11,13 +13,30 @@ string(REGEX MATCH "```cmake\n(cmake_minimum_required[^`]*find_package\\(ZQVelis
 if(NOT recipe)
     message(FATAL_ERROR "README.md has no host CMake recipe")
 endif()
-file(REMOVE_RECURSE ${project} ${build})
+file(REMOVE_RECURSE ${work})
 file(WRITE ${project}/CMakeLists.txt "${CMAKE_MATCH_1}")
 file(COPY ${SOURCE_DIR}/tests/host/project/main.cpp DESTINATION ${project})
 
-run(${CMAKE_COMMAND} --install ${BINARY_DIR} --prefix ${stage})
+file(REMOVE_RECURSE ${BINARY_DIR}/package)
+run(${CMAKE_COMMAND} -E chdir ${BINARY_DIR} cpack)
+file(GLOB zips ${BINARY_DIR}/package/ZQVelisto-*-win64-*.zip)
+list(LENGTH zips count)
+if(NOT count EQUAL 1)
+    message(FATAL_ERROR "expected one package, found: ${zips}")
+endif()
+file(MAKE_DIRECTORY ${unpacked})
+run(${CMAKE_COMMAND} -E chdir ${unpacked} ${CMAKE_COMMAND} -E tar xf ${zips})
+file(GLOB package ${unpacked}/ZQVelisto-*)
+message(STATUS "unpacked ${package}")
+foreach(part bin/ZQVelisto.dll include/ZQVelisto.h include/ZQ/core/ZQVersion.h LICENSE
+        bin/zqpack.exe bin/zqinspect.exe bin/zqanim.exe share/doc/ZQVelisto/getting-started.md)
+    if(NOT EXISTS ${package}/${part})
+        message(FATAL_ERROR "the package has no ${part}")
+    endif()
+endforeach()
+
 run(${CMAKE_COMMAND} -S ${project} -B ${build} -G ${GENERATOR}
-    -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} -DCMAKE_PREFIX_PATH=${stage} -DCMAKE_BUILD_TYPE=Release)
+    -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} -DCMAKE_PREFIX_PATH=${package} -DCMAKE_BUILD_TYPE=Release)
 run(${CMAKE_COMMAND} --build ${build})
-file(COPY ${stage}/bin/ZQVelisto.dll DESTINATION ${build})
+file(COPY ${package}/bin/ZQVelisto.dll DESTINATION ${build})
 run(${SOURCE_DIR}/cmake/wine-run.sh ${build}/kiosk.exe)

@@ -45,14 +45,15 @@ int main() {
     {
         ZQSceneManager scenes;
         scenes.Entry(L"Title", new TitleScene);
-        scenes.Entry(L"Game", new GameScene);
+        GameScene* game = new GameScene;
+        scenes.Entry(L"Game", game);
         scenes.Trans(L"title");
         scenes.Dispatcher(nullptr, nullptr, nullptr);
         if (ZQScene* current = scenes.GetCurrent())
             current->OnFrameMove(nullptr, 0.0, 0.0f, nullptr);
         scenes.Trans(L"GAME");
         scenes.Dispatcher(nullptr, nullptr, nullptr);
-        Expect(dynamic_cast<GameScene*>(scenes.GetCurrent()) != nullptr, "the game scene is current");
+        Expect(scenes.GetCurrent() == game, "the game scene is current");
     }
     Expect(g_log == "title+ title.move title- game+ title- title~ game- game~ ", "callback order");
 
@@ -66,6 +67,8 @@ int main() {
     names.insert(key, &coin);
     Expect(names.find("COIN") == &coin && names.find(L"coin") == &coin, "case-insensitive map");
 
+    Expect(ZQ_VERSION >= 100 && ZQ_VERSION_STRING[0] != '\0', "version macros");
+    std::printf("ZQVelisto %s\n", ZQ_VERSION_STRING);
     std::printf("%s\n%s\n", g_log.c_str(), g_failures ? "host program FAILED" : "host program ok");
     return g_failures ? 1 : 0;
 }
