@@ -8,6 +8,7 @@ packages=(
     g++-mingw-w64-x86-64-posix
     wine wine64 xvfb
     clang libclang-rt-14-dev libstb-dev
+    lld libwine-dev libc++-14-dev
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good lame sox mpg123 imagemagick
     socat
     fonts-dejavu-core fonts-vlgothic

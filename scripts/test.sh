@@ -1,9 +1,16 @@
 #!/usr/bin/env bash
-# Builds everything and runs the whole test suite under Wine; ends with CTest's summary.
+# Builds both DLLs (MinGW and MSVC ABI) with everything around them and runs both test suites under
+# Wine: the MSVC-ABI one first (its samples, ABI test and package), then the whole MinGW suite, which
+# ends with CTest's summary. Arguments go to both ctest runs (for example -LE soak).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/setup.sh
-cmake --preset mingw >/dev/null
-cmake --build --preset mingw
-ctest --preset mingw --output-on-failure "$@"
+for preset in mingw msvc; do
+    cmake --preset "$preset" >/dev/null
+    cmake --build --preset "$preset"
+done
+status=0
+ctest --preset msvc --output-on-failure "$@" || status=1
+ctest --preset mingw --output-on-failure "$@" || status=1
+exit $status

@@ -218,6 +218,12 @@ public:
         if (m_frames == 3) {
             m_dialog->OnMouse(true, true, false, false, false, false, 0, 120, 110, context);
             m_dialog->OnMouse(false, true, false, false, false, false, 0, 121, 111, context);
+            m_firstReported = m_events == 1 && m_eventId == kButtonId && m_eventX == 121 && m_eventY == 111;
+            // A copy made by the program reports to the same response, from its own position.
+            ZQDialogButton copy(*m_dialog->GetButton(kButtonId));
+            copy.OnMouse(false, true, false, false, false, false, 0, 130, 112, context);
+            m_copyReported = m_events == 2 && m_eventX == 130 && copy.GetId() == kButtonId;
+            m_barLength = m_dialog->GetTimeBar(1)->GetfTime();
         }
         m_dialog->OnFrameMove(device, time, elapsed, context);
     }
@@ -229,6 +235,7 @@ public:
         }
     }
     void __stdcall OnEvent(unsigned int id, int x, int y) override {
+        ++m_events;
         m_eventId = id;
         m_eventX = x;
         m_eventY = y;
@@ -238,8 +245,12 @@ public:
     ZQDialog* m_dialog = nullptr;
     int m_creates = 0;
     int m_frames = 0;
+    int m_events = 0;
     unsigned int m_eventId = 0;
     int m_eventX = 0, m_eventY = 0;
+    bool m_firstReported = false;
+    bool m_copyReported = false;
+    float m_barLength = 0.0f;
 };
 
 class App : public ZQVelisto {
@@ -266,7 +277,9 @@ void ApplicationAndDialog() {
     app.MainLoop(nullptr);
     CHECK(app.GetExitCode() == 0);
     CHECK(screen->m_creates >= 1 && screen->m_frames >= 5);
-    CHECK(screen->m_eventId == kButtonId && screen->m_eventX == 121 && screen->m_eventY == 111);
+    CHECK(screen->m_firstReported);
+    CHECK(screen->m_copyReported && screen->m_events == 2);
+    CHECK(screen->m_barLength == 4.0f);
     CHECK(app.GetDevice() == nullptr || app.GetDevice() == app.GetD3DDevice());
 }
 
