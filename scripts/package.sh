@@ -5,10 +5,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/setup.sh
+scripts/build.sh
 for preset in mingw msvc; do
-    cmake --preset "$preset" >/dev/null
-    cmake --build --preset "$preset"
     (cd "build/$preset" && cpack >/dev/null)
     ls "$PWD/build/$preset/package/"ZQVelisto-*.zip
 done

@@ -5,11 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/setup.sh
-for preset in mingw msvc; do
-    cmake --preset "$preset" >/dev/null
-    cmake --build --preset "$preset"
-done
+scripts/build.sh
 status=0
 ctest --preset msvc --output-on-failure "$@" || status=1
 ctest --preset mingw --output-on-failure "$@" || status=1

@@ -18,6 +18,15 @@ static void start(int console, int wide) {
     _crt_atexit(finalize_module);
 }
 
+#if ZQ_ENTRY >= 3
+// How a WinMain is asked to show its window: as the starting process said, else the default.
+static int show_command(void) {
+    STARTUPINFOW info;
+    GetStartupInfoW(&info);
+    return (info.dwFlags & STARTF_USESHOWWINDOW) ? info.wShowWindow : SW_SHOWDEFAULT;
+}
+#endif
+
 #if ZQ_ENTRY == 1
 int main(int argc, char** argv, char** envp);
 int mainCRTStartup(void) {
@@ -34,18 +43,12 @@ int wmainCRTStartup(void) {
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE previous, LPSTR commandLine, int show);
 int WinMainCRTStartup(void) {
     start(0, 0);
-    STARTUPINFOW info;
-    GetStartupInfoW(&info);
-    int show = (info.dwFlags & STARTF_USESHOWWINDOW) ? info.wShowWindow : SW_SHOWDEFAULT;
-    exit(WinMain(GetModuleHandleW(NULL), NULL, _get_narrow_winmain_command_line(), show));
+    exit(WinMain(GetModuleHandleW(NULL), NULL, _get_narrow_winmain_command_line(), show_command()));
 }
 #elif ZQ_ENTRY == 4
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE previous, LPWSTR commandLine, int show);
 int wWinMainCRTStartup(void) {
     start(0, 1);
-    STARTUPINFOW info;
-    GetStartupInfoW(&info);
-    int show = (info.dwFlags & STARTF_USESHOWWINDOW) ? info.wShowWindow : SW_SHOWDEFAULT;
-    exit(wWinMain(GetModuleHandleW(NULL), NULL, _get_wide_winmain_command_line(), show));
+    exit(wWinMain(GetModuleHandleW(NULL), NULL, _get_wide_winmain_command_line(), show_command()));
 }
 #endif
