@@ -81,6 +81,36 @@ void ValuesAndTemplates() {
     CHECK(pathCopy.GetKeyCount() == 5 && pathCopy.isReady() && path.GetKeyCount() == 0);
     D3DXVECTOR3 middle = pathCopy.GetPosition(2.0f);
     CHECK(middle.x > 1.99f && middle.x < 2.01f);
+
+    ZQKalman filter(10.0, 4.0);
+    ZQKalman filterCopy(filter);
+    filterCopy.Normal(20.0, 4.0);
+    CHECK(filter.GetEstimate() == 10.0 && filterCopy.GetEstimate() > 10.0 && filterCopy.GetEstimate() < 20.0);
+
+    ZQTimer timer;
+    timer.Start();
+    CHECK(!timer.IsStopped());
+    timer.Stop();
+    CHECK(timer.IsStopped());
+}
+
+// ---- Files beside the program (the kiosk's), read by the library for the program.
+
+void FilesBesideTheProgram() {
+    ZQWaveFile wave;
+    wchar_t click[] = L"click.wav";
+    CHECK(SUCCEEDED(wave.Open(click, nullptr, 1)) && wave.GetFormat() &&
+          wave.GetFormat()->nSamplesPerSec == 22050 && wave.GetSize() > 0);
+    wave.Close();
+
+    ZQSpline paths(L"kiosk.spl", 0x5A51, 1);
+    _3D::ZQ3DSpline* swoop = paths.GetSpline(L"swoop");
+    CHECK(swoop && swoop->GetKeyCount() >= 4 && paths.GetTime(L"swoop") > 0.0f);
+
+    ZQSQUEUE queue;
+    unsigned char bytes[4] = {1, 2, 3, 4};
+    unsigned char out[2180] = {};
+    CHECK(queue.push(bytes, 4) == 4 && queue.pop(out) == 4 && out[3] == 4 && queue.empty());
 }
 
 // ---- Scenes: the manager calls the program's overrides and deletes the program's scenes.
@@ -203,9 +233,22 @@ public:
         m_dialog->AddButton(kButtonId, L"button", L"button_down", L"button_over", L"button", position, false);
         D3DXVECTOR3 barPosition(10.0f, 10.0f, 0.0f);
         m_dialog->AddTimeBar(1, L"bar", barPosition, 4.0f, 0);
+        D3DXVECTOR3 numberPosition(300.0f, 10.0f, 0.0f);
+        m_dialog->AddNumber(2, L"digit", numberPosition, 2.0f, DT_RIGHT);
+        m_animate = new ZQAnimate(m_sprite);
+        m_animate->Entry(L"kiosk.am");
+        m_player = new ZQRenderSingle(m_animate);
+        m_playerStarted = m_player->Entry(L"coin_spin", D3DXVECTOR3(40.0f, 150.0f, 0.0f), true, -1, true);
+        m_playerCopy = new ZQRenderSingle(*m_player);
         return S_OK;
     }
     void OnDestroyDevice(void*) override {
+        delete m_playerCopy;
+        m_playerCopy = nullptr;
+        delete m_player;
+        m_player = nullptr;
+        delete m_animate;
+        m_animate = nullptr;
         delete m_dialog;
         m_dialog = nullptr;
         delete m_sprite;
@@ -224,6 +267,9 @@ public:
             copy.OnMouse(false, true, false, false, false, false, 0, 130, 112, context);
             m_copyReported = m_events == 2 && m_eventX == 130 && copy.GetId() == kButtonId;
             m_barLength = m_dialog->GetTimeBar(1)->GetfTime();
+            m_dialog->GetNumber(2)->Plus(5000000000ULL);
+            m_number = m_dialog->GetNumber(2)->GetNumber();
+            m_playerName = m_playerCopy->GetName() == L"coin_spin" && !m_playerCopy->empty();
         }
         m_dialog->OnFrameMove(device, time, elapsed, context);
     }
@@ -231,6 +277,8 @@ public:
         device->Clear(0, nullptr, D3DCLEAR_TARGET, D3DCOLOR_XRGB(0, 0, 64), 1.0f, 0);
         if (m_dialog && SUCCEEDED(device->BeginScene())) {
             m_dialog->OnFrameRender(device, time, elapsed, context);
+            m_player->OnFrameRender(device, time, elapsed, context);
+            m_playerCopy->OnFrameRender(device, time, elapsed, context);
             device->EndScene();
         }
     }
@@ -243,6 +291,12 @@ public:
 
     ZQSprite* m_sprite = nullptr;
     ZQDialog* m_dialog = nullptr;
+    ZQAnimate* m_animate = nullptr;
+    ZQRenderSingle* m_player = nullptr;
+    ZQRenderSingle* m_playerCopy = nullptr;
+    bool m_playerStarted = false;
+    bool m_playerName = false;
+    unsigned __int64 m_number = 0;
     int m_creates = 0;
     int m_frames = 0;
     int m_events = 0;
@@ -280,6 +334,8 @@ void ApplicationAndDialog() {
     CHECK(screen->m_firstReported);
     CHECK(screen->m_copyReported && screen->m_events == 2);
     CHECK(screen->m_barLength == 4.0f);
+    CHECK(screen->m_number == 5000000000ULL);
+    CHECK(screen->m_playerStarted && screen->m_playerName);
     CHECK(app.GetDevice() == nullptr || app.GetDevice() == app.GetD3DDevice());
 }
 
@@ -293,6 +349,7 @@ int main() {
         void (*run)();
     } groups[] = {{"strings and formatting", StringsAndFormatting},
                   {"values and templates", ValuesAndTemplates},
+                  {"files beside the program", FilesBesideTheProgram},
                   {"scenes owned by the library", ScenesOwnedByTheLibrary},
                   {"thread override", ThreadOverride},
                   {"serial responder", SerialResponder},
