@@ -2,6 +2,7 @@
 #include "ZQ/core/ZQConfig.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
+#include "ZQ/dialog/ZQDialogClickable.h"
 #include "ZQ/dialog/ZQDialogPixel.h"
 #include "ZQ/dialog/ZQResponseDialog.h"
 #include "ZQ/sound/ZQSound.h"
@@ -19,8 +20,10 @@ public:
     ZQDialogAniRadioButton(ZQAnimate* animate, ZQSound* sound, unsigned int id, unsigned int group, const wchar_t* normal,
          const wchar_t* second, const wchar_t* over, const wchar_t* disabled, ZQRect& rect,
          _ZQResponseDialog_tag* response, const wchar_t* maskChunk);
-    ZQDialogAniRadioButton(const ZQDialogAniRadioButton&) = delete;
-    ZQDialogAniRadioButton& operator=(const ZQDialogAniRadioButton&) = delete;
+    /// Copies every member; the copy has a lock, a mask and players of its own, showing the same
+    /// animations.
+    ZQDialogAniRadioButton(const ZQDialogAniRadioButton& other) = default;
+    ZQDialogAniRadioButton& operator=(const ZQDialogAniRadioButton& other) = default;
     virtual ~ZQDialogAniRadioButton();
 
     /// Selects or deselects this button alone.
@@ -38,23 +41,9 @@ public:
                  void* context);
 
 private:
-    /// Sets the shown animation, restarting the player only for a different name.
-    void Show(const ZQString& name);
-
-    ZQAnimate* m_animate;
-    ZQSprite* m_sprite;
-    ZQRenderSingle* m_player;
-    ZQSound* m_sound;
-    ZQString m_normal, m_second, m_overName, m_disabledName, m_shown, m_maskChunk;
-    ZQString m_overSound, m_clickSound;
-    D3DXCOLOR m_colour = D3DXCOLOR(1.0f, 1.0f, 1.0f, 1.0f);
-    D3DXVECTOR3 m_position;
-    ZQRect m_hit;
-    bool m_show = true, m_disabled = false, m_pressed = false, m_pixelExact = false, m_over = false;
-    bool m_selected = false;
+    ZQDialogClickable m_core;
+    ZQString m_maskChunk;
     unsigned int m_group;
-    CRITICAL_SECTION m_lock;
-    unsigned int m_id;
 };
 
 } // namespace ZQ

@@ -2,6 +2,7 @@
 #include "ZQ/core/ZQConfig.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
+#include "ZQ/dialog/ZQDialogClickable.h"
 #include "ZQ/dialog/ZQDialogPixel.h"
 #include "ZQ/dialog/ZQResponseDialog.h"
 #include "ZQ/sound/ZQSound.h"
@@ -19,8 +20,8 @@ public:
                      const wchar_t* over, const wchar_t* disabled, D3DXVECTOR3& position,
                      _ZQResponseDialog_tag* response, bool pixelExact);
     /// Copies every member; the copy has a lock and a mask of its own.
-    ZQDialogCheckBox(const ZQDialogCheckBox& other);
-    ZQDialogCheckBox& operator=(const ZQDialogCheckBox& other);
+    ZQDialogCheckBox(const ZQDialogCheckBox& other) = default;
+    ZQDialogCheckBox& operator=(const ZQDialogCheckBox& other) = default;
     virtual ~ZQDialogCheckBox();
 
     /// Shows or hides the mark; no event, no sound.
@@ -43,18 +44,8 @@ public:
                  void* context);
 
 private:
-    void CopyFrom(const ZQDialogCheckBox& other);
-
-    ZQSprite* m_sprite;
-    ZQSound* m_sound;
-    ZQString m_box, m_markName, m_overName, m_disabledName, m_shown, m_shownMark;
-    ZQString m_overSound, m_clickSound;
-    D3DXCOLOR m_colour;
-    D3DXVECTOR3 m_position;
-    ZQRect m_hit;
-    bool m_show = true, m_disabled = false, m_pressed = false, m_pixelExact, m_over = false;
-    CRITICAL_SECTION m_lock;
-    unsigned int m_id;
+    ZQDialogClickable m_core;
+    ZQDialogPicture m_mark; ///< the check mark when checked, else nothing
 };
 
 } // namespace ZQ

@@ -1,0 +1,23 @@
+#pragma once
+#include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQPlatform.h"
+
+namespace ZQ {
+
+/// A critical section held as a member: initialised with its holder, deleted with it. A copy gets a
+/// fresh, unlocked section, and assignment keeps the target's own, so that a class holding one can
+/// default its copy. Converts to the CRITICAL_SECTION* that ZQLock and ZQUnLock take.
+class ZQ_API ZQCriticalSection {
+public:
+    ZQCriticalSection() { InitializeCriticalSection(&m_section); }
+    ZQCriticalSection(const ZQCriticalSection&) : ZQCriticalSection() {}
+    ZQCriticalSection& operator=(const ZQCriticalSection&) { return *this; }
+    ~ZQCriticalSection() { DeleteCriticalSection(&m_section); }
+
+    operator CRITICAL_SECTION*() { return &m_section; }
+
+private:
+    CRITICAL_SECTION m_section;
+};
+
+} // namespace ZQ
