@@ -8,8 +8,8 @@ ZQDialogAniRadioButton::ZQDialogAniRadioButton(ZQAnimate* animate, ZQSound* soun
                                                unsigned int group, const wchar_t* normal, const wchar_t* selected,
                                                const wchar_t* over, const wchar_t* disabled, ZQRect& rect,
                                                _ZQResponseDialog_tag* response, const wchar_t* maskChunk)
-    : m_core(*this, animate, sound, id, normal, selected, over, disabled, rect, maskChunk), m_group(group) {
-    SetResponse(response);
+    : m_core(*this, *this, response, animate, sound, id, normal, selected, over, disabled, rect, maskChunk),
+      m_group(group) {
     m_maskChunk = maskChunk;
 }
 

@@ -86,11 +86,14 @@ void ZQDialogPicture::OnFrameRender(ZQSprite* sprite, D3DXCOLOR& colour, IDirect
     }
 }
 
-ZQDialogClickable::ZQDialogClickable(ZQDialogPixel& pixel, ZQSprite* sprite, ZQSound* sound, unsigned int id,
-                                     const wchar_t* normal, const wchar_t* second, const wchar_t* over,
-                                     const wchar_t* disabled, const D3DXVECTOR3& position, bool pixelExact)
+ZQDialogClickable::ZQDialogClickable(ZQDialogPixel& pixel, ZQDialogResponseEvent& control,
+                                     _ZQResponseDialog_tag* response, ZQSprite* sprite, ZQSound* sound,
+                                     unsigned int id, const wchar_t* normal, const wchar_t* second,
+                                     const wchar_t* over, const wchar_t* disabled, const D3DXVECTOR3& position,
+                                     bool pixelExact)
     : m_sprite(sprite), m_sound(sound), m_colour(kEnabledColour), m_position(position), m_pixelExact(pixelExact),
       m_id(id) {
+    control.SetResponse(response);
     SetSprite(normal, second, over, disabled);
     m_shown.Show(m_normal, m_position);
     _ZQTextureChunk_tag* chunk = nullptr;
@@ -100,12 +103,15 @@ ZQDialogClickable::ZQDialogClickable(ZQDialogPixel& pixel, ZQSprite* sprite, ZQS
 }
 
 // A mask chunk the sprite lacks leaves the control pixel-exact without a mask: it cannot be hit.
-ZQDialogClickable::ZQDialogClickable(ZQDialogPixel& pixel, ZQAnimate* animate, ZQSound* sound, unsigned int id,
-                                     const wchar_t* normal, const wchar_t* second, const wchar_t* over,
-                                     const wchar_t* disabled, const ZQRect& rect, const wchar_t* maskChunk)
+ZQDialogClickable::ZQDialogClickable(ZQDialogPixel& pixel, ZQDialogResponseEvent& control,
+                                     _ZQResponseDialog_tag* response, ZQAnimate* animate, ZQSound* sound,
+                                     unsigned int id, const wchar_t* normal, const wchar_t* second,
+                                     const wchar_t* over, const wchar_t* disabled, const ZQRect& rect,
+                                     const wchar_t* maskChunk)
     : m_sprite(animate ? animate->GetSprite() : nullptr), m_sound(sound), m_shown(animate),
       m_colour(kEnabledColour), m_position(rect.left, rect.top, 0.0f), m_hit(rect),
       m_pixelExact(maskChunk && *maskChunk), m_id(id) {
+    control.SetResponse(response);
     SetSprite(normal, second, over, disabled);
     m_shown.Show(m_normal, m_position);
     _ZQTextureChunk_tag* chunk = nullptr;

@@ -58,3 +58,12 @@
     unsigned int Control::GetGroup() {                                                                                \
         return m_group;                                                                                               \
     }
+
+/// Check boxes: the mark layer m_mark.
+#define ZQ_CLICKABLE_MARK(Control)                                                                                    \
+    void Control::SetChecked(bool checked) {                                                                          \
+        m_core.SetChecked(m_mark, checked);                                                                           \
+    }                                                                                                                 \
+    bool Control::GetChecked() {                                                                                      \
+        return m_core.GetChecked(m_mark);                                                                             \
+    }

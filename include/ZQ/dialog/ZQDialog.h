@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQCriticalSection.h"
 #include "ZQ/core/ZQMapper.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
@@ -39,8 +40,8 @@ public:
     /// background animation player.
     ZQDialog(ZQAnimate* animate, ZQSound* sound, _ZQResponseDialog_tag* response);
     /// Shallow: the copy shares the controls; only one of the two may be destroyed.
-    ZQDialog(const ZQDialog& other);
-    ZQDialog& operator=(const ZQDialog& other);
+    ZQDialog(const ZQDialog& other) = default;
+    ZQDialog& operator=(const ZQDialog& other) = default;
     /// Deletes every control and background picture.
     virtual ~ZQDialog();
 
@@ -157,7 +158,7 @@ private:
     ZQMapper m_aniRadioGroups; ///< the same for the animated radio buttons
     bool m_visible = true, m_disabled = false, m_returnAdvances = true, m_tabAdvances = true;
     int m_focused = 0;
-    CRITICAL_SECTION m_lock;
+    ZQCriticalSection m_lock;
 };
 
 } // namespace ZQ

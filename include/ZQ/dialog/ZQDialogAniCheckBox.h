@@ -11,17 +11,17 @@
 
 namespace ZQ {
 
-/// Check box of an animation dialog: as ZQDialogCheckBox, with animations for box, check mark, over and disabled; the mark plays on a second player over the box.
-/// Its pictures are animations of the animate, each played endlessly by a player of its own and
+/// Check box of an animation dialog: as ZQDialogCheckBox, with animations for box, check mark, over and
+/// disabled. The box and the mark each play on a player of their own, the mark's over the box's,
 /// restarted only when the picture changes. With a mask chunk it is pixel-exact and its hit rectangle
 /// is that chunk's; otherwise the hit rectangle is rect.
 class ZQ_API ZQDialogAniCheckBox : public ZQDialogResponseEvent, public ZQDialogPixel {
 public:
-    ZQDialogAniCheckBox(ZQAnimate* animate, ZQSound* sound, unsigned int id, const wchar_t* normal,
-         const wchar_t* second, const wchar_t* over, const wchar_t* disabled, ZQRect& rect,
-         _ZQResponseDialog_tag* response, const wchar_t* maskChunk);
-    /// Copies every member; the copy has a lock, a mask and players of its own, showing the same
-    /// animations.
+    ZQDialogAniCheckBox(ZQAnimate* animate, ZQSound* sound, unsigned int id, const wchar_t* box, const wchar_t* mark,
+                        const wchar_t* over, const wchar_t* disabled, ZQRect& rect, _ZQResponseDialog_tag* response,
+                        const wchar_t* maskChunk);
+    /// Copies every member; the copy has a lock, a mask and players of its own, on the same animate and
+    /// showing the same animations from their start.
     ZQDialogAniCheckBox(const ZQDialogAniCheckBox& other) = default;
     ZQDialogAniCheckBox& operator=(const ZQDialogAniCheckBox& other) = default;
     virtual ~ZQDialogAniCheckBox();
@@ -31,12 +31,13 @@ public:
     void SetSprite(const wchar_t* box, const wchar_t* mark, const wchar_t* over, const wchar_t* disabled);
     /// Click sound first, then over sound; a null name leaves that sound as it is.
     void SetSound(const wchar_t* click, const wchar_t* over);
-    void SetDisable(bool disable);
-    bool GetDisable();
     void SetShow(bool show);
     bool GetShow();
+    bool GetDisable();
     bool GetOvered();
+    void SetDisable(bool disable);
     unsigned int GetId();
+
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
     void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
                  void* context);
@@ -44,7 +45,7 @@ public:
 private:
     ZQDialogClickable m_core;
     ZQString m_maskChunk;
-    ZQDialogPicture m_mark; ///< the check mark on a player of its own when checked
+    ZQDialogPicture m_mark; ///< the check mark when checked, on a player of its own
 };
 
 } // namespace ZQ

@@ -11,17 +11,18 @@
 
 namespace ZQ {
 
-/// Radio button of an animation dialog: as ZQDialogRadioButton, with animations for normal, selected, over and disabled.
-/// Its pictures are animations of the animate, each played endlessly by a player of its own and
-/// restarted only when the picture changes. With a mask chunk it is pixel-exact and its hit rectangle
-/// is that chunk's; otherwise the hit rectangle is rect.
+/// Radio button of an animation dialog: as ZQDialogRadioButton, with animations for normal, selected,
+/// over and disabled, played endlessly by a player of the button's own and restarted only when the
+/// picture changes. With a mask chunk it is pixel-exact and its hit rectangle is that chunk's;
+/// otherwise the hit rectangle is rect.
 class ZQ_API ZQDialogAniRadioButton : public ZQDialogResponseEvent, public ZQDialogPixel {
 public:
-    ZQDialogAniRadioButton(ZQAnimate* animate, ZQSound* sound, unsigned int id, unsigned int group, const wchar_t* normal,
-         const wchar_t* second, const wchar_t* over, const wchar_t* disabled, ZQRect& rect,
-         _ZQResponseDialog_tag* response, const wchar_t* maskChunk);
-    /// Copies every member; the copy has a lock, a mask and players of its own, showing the same
-    /// animations.
+    ZQDialogAniRadioButton(ZQAnimate* animate, ZQSound* sound, unsigned int id, unsigned int group,
+                           const wchar_t* normal, const wchar_t* selected, const wchar_t* over,
+                           const wchar_t* disabled, ZQRect& rect, _ZQResponseDialog_tag* response,
+                           const wchar_t* maskChunk);
+    /// Copies every member; the copy has a lock, a mask and a player of its own, on the same animate and
+    /// showing the same animation from its start.
     ZQDialogAniRadioButton(const ZQDialogAniRadioButton& other) = default;
     ZQDialogAniRadioButton& operator=(const ZQDialogAniRadioButton& other) = default;
     virtual ~ZQDialogAniRadioButton();
@@ -36,6 +37,7 @@ public:
     bool GetShow();
     unsigned int GetId();
     unsigned int GetGroup();
+
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
     void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
                  void* context);

@@ -30,9 +30,9 @@ public:
     void SetSound(const wchar_t* click, const wchar_t* over);
     /// Acts only on a change: disabled picture at half alpha, or normal picture at full alpha.
     void SetDisable(bool disable);
-    bool GetDisable();
     void SetShow(bool show);
     bool GetShow();
+    bool GetDisable();
     /// The pointer was over the button at the last mouse report (the pixel mask not considered).
     bool GetOvered();
     unsigned int GetId();

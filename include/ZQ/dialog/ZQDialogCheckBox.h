@@ -31,12 +31,12 @@ public:
     void SetSprite(const wchar_t* box, const wchar_t* mark, const wchar_t* over, const wchar_t* disabled);
     /// Click sound first, then over sound; a null name leaves that sound as it is.
     void SetSound(const wchar_t* click, const wchar_t* over);
-    /// Acts only on a change, on the box layer; the mark stays.
-    void SetDisable(bool disable);
-    bool GetDisable();
     void SetShow(bool show);
     bool GetShow();
+    bool GetDisable();
     bool GetOvered();
+    /// Acts only on a change, on the box layer; the mark stays.
+    void SetDisable(bool disable);
     unsigned int GetId();
 
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);

@@ -45,14 +45,17 @@ private:
 /// control holds one and adds what is its own; each operation takes the lock.
 class ZQ_API ZQDialogClickable {
 public:
+    /// The control is both the pixel mask and the response holder, which gets response.
     /// Chunk pictures: the hit rectangle from the normal chunk at position, and the mask of that chunk
-    /// in pixel when pixel-exact.
-    ZQDialogClickable(ZQDialogPixel& pixel, ZQSprite* sprite, ZQSound* sound, unsigned int id, const wchar_t* normal,
+    /// when pixel-exact.
+    ZQDialogClickable(ZQDialogPixel& pixel, ZQDialogResponseEvent& control, _ZQResponseDialog_tag* response,
+                      ZQSprite* sprite, ZQSound* sound, unsigned int id, const wchar_t* normal,
                       const wchar_t* second, const wchar_t* over, const wchar_t* disabled,
                       const D3DXVECTOR3& position, bool pixelExact);
     /// Animations of animate, at rect's top-left corner; the hit rectangle and mask from the mask chunk
     /// when one is named and the sprite knows it, else rect. Pixel-exact exactly when one is named.
-    ZQDialogClickable(ZQDialogPixel& pixel, ZQAnimate* animate, ZQSound* sound, unsigned int id,
+    ZQDialogClickable(ZQDialogPixel& pixel, ZQDialogResponseEvent& control, _ZQResponseDialog_tag* response,
+                      ZQAnimate* animate, ZQSound* sound, unsigned int id,
                       const wchar_t* normal, const wchar_t* second, const wchar_t* over, const wchar_t* disabled,
                       const ZQRect& rect, const wchar_t* maskChunk);
     ZQDialogClickable(const ZQDialogClickable& other) = default;
@@ -62,19 +65,20 @@ public:
     void SetSprite(const wchar_t* normal, const wchar_t* second, const wchar_t* over, const wchar_t* disabled);
     void SetSound(const wchar_t* click, const wchar_t* over);
     void SetDisable(bool disable);
-    bool GetDisable();
     void SetShow(bool show);
-    bool GetShow();
-    bool GetOvered();
-    unsigned int GetId() const { return m_id; }
     /// A radio button's selection: the second picture and the pressed flag follow it.
     void SetSelect(bool select);
-    bool GetSelect();
-    bool GetMask();
-    ZQRect GetRect();
     /// A check box's mark layer: the second picture when checked, nothing when not.
     void SetChecked(ZQDialogPicture& mark, bool checked);
+
+    bool GetDisable();
+    bool GetShow();
+    bool GetOvered();
+    bool GetSelect();
+    bool GetMask();
     bool GetChecked(const ZQDialogPicture& mark);
+    ZQRect GetRect();
+    unsigned int GetId() const { return m_id; }
 
     /// When shown: the picture, then the mark layer when one is given and checked.
     void OnFrameRender(ZQDialogPicture* mark, IDirect3DDevice9* device, double time, float elapsed, void* context);
