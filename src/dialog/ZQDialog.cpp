@@ -110,20 +110,23 @@ ZQDialog::~ZQDialog() {
     delete m_player;
 }
 
+template <typename Visit> void ZQDialog::EachReporting(Visit visit) {
+    Each<ZQDialogButton>(m_buttons, visit);
+    Each<ZQDialogAniButton>(m_aniButtons, visit);
+    Each<ZQDialogTimeBar>(m_timeBars, visit);
+    Each<ZQDialogProgress>(m_progresses, visit);
+    Each<ZQDialogGauge>(m_gauges, visit);
+    Each<ZQDialogTimeGauge>(m_timeGauges, visit);
+    EachInGroups<ZQDialogRadioButton>(m_radioGroups, visit);
+    EachInGroups<ZQDialogAniRadioButton>(m_aniRadioGroups, visit);
+    Each<ZQDialogCheckBox>(m_checkBoxes, visit);
+    Each<ZQDialogAniCheckBox>(m_aniCheckBoxes, visit);
+}
+
 void ZQDialog::SetResponse(_ZQResponseDialog_tag* response) {
     ZQLock lock(m_lock);
     ZQDialogResponseEvent::SetResponse(response);
-    auto set = [&](ZQDialogResponseEvent* control) { control->SetResponse(response); };
-    Each<ZQDialogButton>(m_buttons, set);
-    Each<ZQDialogAniButton>(m_aniButtons, set);
-    Each<ZQDialogTimeBar>(m_timeBars, set);
-    Each<ZQDialogProgress>(m_progresses, set);
-    Each<ZQDialogGauge>(m_gauges, set);
-    Each<ZQDialogTimeGauge>(m_timeGauges, set);
-    EachInGroups<ZQDialogRadioButton>(m_radioGroups, set);
-    EachInGroups<ZQDialogAniRadioButton>(m_aniRadioGroups, set);
-    Each<ZQDialogCheckBox>(m_checkBoxes, set);
-    Each<ZQDialogAniCheckBox>(m_aniCheckBoxes, set);
+    EachReporting([&](ZQDialogResponseEvent* control) { control->SetResponse(response); });
 }
 
 ZQSprite* ZQDialog::GetSprite() {
@@ -139,13 +142,11 @@ ZQSound* ZQDialog::GetSound() {
 }
 
 void ZQDialog::SetVisible(bool visible) {
-    ZQLock lock(m_lock);
-    m_visible = visible;
+    m_lock.Write(m_visible, visible);
 }
 
 bool ZQDialog::GetVisible() {
-    ZQLock lock(m_lock);
-    return m_visible;
+    return m_lock.Read(m_visible);
 }
 
 void ZQDialog::SetDisable(bool disable) {
@@ -153,44 +154,30 @@ void ZQDialog::SetDisable(bool disable) {
     m_disabled = disable;
     auto set = [&](auto* control) { control->SetDisable(disable); };
     Each<ZQDialogStatic>(m_statics, set);
-    Each<ZQDialogButton>(m_buttons, set);
-    Each<ZQDialogAniButton>(m_aniButtons, set);
-    Each<ZQDialogTimeBar>(m_timeBars, set);
-    Each<ZQDialogProgress>(m_progresses, set);
-    Each<ZQDialogGauge>(m_gauges, set);
-    Each<ZQDialogTimeGauge>(m_timeGauges, set);
     Each<ZQDialogNumber>(m_numbers, set);
-    Each<ZQDialogCheckBox>(m_checkBoxes, set);
-    Each<ZQDialogAniCheckBox>(m_aniCheckBoxes, set);
-    EachInGroups<ZQDialogRadioButton>(m_radioGroups, set);
-    EachInGroups<ZQDialogAniRadioButton>(m_aniRadioGroups, set);
     Each<ZQDialogListBox>(m_listBoxes, set);
     Each<ZQDialogEditBox>(m_editBoxes, set);
+    EachReporting(set);
 }
 
 bool ZQDialog::GetDisable() {
-    ZQLock lock(m_lock);
-    return m_disabled;
+    return m_lock.Read(m_disabled);
 }
 
 void ZQDialog::SetReturn(bool advances) {
-    ZQLock lock(m_lock);
-    m_returnAdvances = advances;
+    m_lock.Write(m_returnAdvances, advances);
 }
 
 bool ZQDialog::GetReturn() {
-    ZQLock lock(m_lock);
-    return m_returnAdvances;
+    return m_lock.Read(m_returnAdvances);
 }
 
 void ZQDialog::SetTab(bool advances) {
-    ZQLock lock(m_lock);
-    m_tabAdvances = advances;
+    m_lock.Write(m_tabAdvances, advances);
 }
 
 bool ZQDialog::GetTab() {
-    ZQLock lock(m_lock);
-    return m_tabAdvances;
+    return m_lock.Read(m_tabAdvances);
 }
 
 void ZQDialog::SetSprite(const wchar_t* name, D3DXVECTOR3& pos, D3DXCOLOR& colour) {

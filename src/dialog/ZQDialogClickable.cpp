@@ -174,46 +174,11 @@ void ZQDialogClickable::SetDisable(bool disable) {
     m_colour = disable ? kDisabledColour : kEnabledColour;
 }
 
-bool ZQDialogClickable::GetDisable() {
-    ZQLock lock(m_lock);
-    return m_disabled;
-}
-
-void ZQDialogClickable::SetShow(bool show) {
-    ZQLock lock(m_lock);
-    m_show = show;
-}
-
-bool ZQDialogClickable::GetShow() {
-    ZQLock lock(m_lock);
-    return m_show;
-}
-
-bool ZQDialogClickable::GetOvered() {
-    ZQLock lock(m_lock);
-    return m_over;
-}
-
 void ZQDialogClickable::SetSelect(bool select) {
     ZQLock lock(m_lock);
     m_selected = select;
     m_shown.Show(select ? m_second : m_disabled ? m_disabledName : m_normal, m_position);
     m_pressed = select;
-}
-
-bool ZQDialogClickable::GetSelect() {
-    ZQLock lock(m_lock);
-    return m_selected;
-}
-
-bool ZQDialogClickable::GetMask() {
-    ZQLock lock(m_lock);
-    return m_pixelExact;
-}
-
-ZQRect ZQDialogClickable::GetRect() {
-    ZQLock lock(m_lock);
-    return m_hit;
 }
 
 void ZQDialogClickable::SetChecked(ZQDialogPicture& mark, bool checked) {

@@ -48,40 +48,33 @@ ZQ3DCamera::~ZQ3DCamera() = default;
 
 #define ZQ_CAMERA_ACCESSORS(type, name, field)                                                                       \
     void ZQ3DCamera::Set##name(type value) {                                                                          \
-        ZQLock lock(m_lock);                                                                                         \
-        field = value;                                                                                                \
+        m_lock.Write(field, value);                                                                                   \
     }                                                                                                                 \
     type ZQ3DCamera::Get##name() {                                                                                    \
-        ZQLock lock(m_lock);                                                                                         \
-        return field;                                                                                                 \
+        return m_lock.Read(field);                                                                                    \
     }
 ZQ_CAMERA_ACCESSORS(float, Time, m_time)
 ZQ_CAMERA_ACCESSORS(bool, Action, m_action)
 #undef ZQ_CAMERA_ACCESSORS
 
 void ZQ3DCamera::SetPosition(const D3DXVECTOR3& position) {
-    ZQLock lock(m_lock);
-    m_position = position;
+    m_lock.Write(m_position, position);
 }
 
 D3DXVECTOR3 ZQ3DCamera::GetPosition() {
-    ZQLock lock(m_lock);
-    return m_position;
+    return m_lock.Read(m_position);
 }
 
 float ZQ3DCamera::GetYaw() {
-    ZQLock lock(m_lock);
-    return m_yaw;
+    return m_lock.Read(m_yaw);
 }
 
 float ZQ3DCamera::GetPitch() {
-    ZQLock lock(m_lock);
-    return m_pitch;
+    return m_lock.Read(m_pitch);
 }
 
 float ZQ3DCamera::GetRoll() {
-    ZQLock lock(m_lock);
-    return m_roll;
+    return m_lock.Read(m_roll);
 }
 
 void ZQ3DCamera::SetYawPitchRoll(float yaw, float pitch, float roll) {

@@ -14,10 +14,6 @@ using namespace dialogtest;
 
 namespace {
 
-const D3DCOLOR kRed = D3DCOLOR_XRGB(255, 0, 0), kGreen = D3DCOLOR_XRGB(0, 255, 0), kBlue = D3DCOLOR_XRGB(0, 0, 255),
-               kWhite = D3DCOLOR_XRGB(255, 255, 255), kBlack = D3DCOLOR_XRGB(0, 0, 0), kGrey = D3DCOLOR_XRGB(128, 128, 128),
-               kYellow = D3DCOLOR_XRGB(255, 255, 0), kCyan = D3DCOLOR_XRGB(0, 255, 255);
-
 // The six clickable controls. Added to an animation dialog with id 1 and 32 pixels square at a corner, the
 // sprite forms show the test pictures (the check mark for the second), the animated forms play the
 // animations of narrow.am, which draw "quad". Pixel-exact ones take "holed" (or another chunk) as their
@@ -85,12 +81,8 @@ class DialogTest : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
         sprite = new ZQ::ZQSprite(Device());
-        AddPicture(*sprite, L"normal", kRed);
-        AddPicture(*sprite, L"pressed", kGreen);
-        AddPicture(*sprite, L"over", kBlue);
-        AddPicture(*sprite, L"disabled", kWhite);
+        AddControlPictures(*sprite, L"normal", L"pressed", L"over", L"disabled", L"mark");
         AddPicture(*sprite, L"holed", kRed, true);
-        AddPicture(*sprite, L"mark", kYellow, true);
         AddPicture(*sprite, L"quad", kCyan); // what the animations draw
         sprite->Entry(twodtest::Data(L"pics.om").c_str());
         animate = new ZQ::ZQAnimate(sprite);

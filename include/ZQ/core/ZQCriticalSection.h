@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQLock.h"
 #include "ZQ/core/ZQPlatform.h"
 
 namespace ZQ {
@@ -15,6 +16,17 @@ public:
     ~ZQCriticalSection() { DeleteCriticalSection(&m_section); }
 
     operator CRITICAL_SECTION*() { return &m_section; }
+
+    /// A copy of member, taken inside the section.
+    template <typename T> T Read(const T& member) {
+        ZQLock lock(&m_section);
+        return member;
+    }
+    /// Sets member inside the section (a ZQString keeps its quirk: an empty value changes nothing).
+    template <typename T> void Write(T& member, const T& value) {
+        ZQLock lock(&m_section);
+        member = value;
+    }
 
 private:
     CRITICAL_SECTION m_section;

@@ -147,6 +147,8 @@ private:
     template <typename Radio> void AddToGroup(ZQMapper& groups, unsigned int group, Radio* button, bool select);
     /// False when a transparent pixel under the point ends the routing.
     template <typename Radio> bool ResolveGroups(ZQMapper& groups, int x, int y);
+    /// Calls visit with every control that reports through a response (the clickable and timed kinds).
+    template <typename Visit> void EachReporting(Visit visit);
 
     ZQSprite* m_sprite;
     ZQAnimate* m_animate = nullptr;

@@ -65,19 +65,19 @@ public:
     void SetSprite(const wchar_t* normal, const wchar_t* second, const wchar_t* over, const wchar_t* disabled);
     void SetSound(const wchar_t* click, const wchar_t* over);
     void SetDisable(bool disable);
-    void SetShow(bool show);
+    void SetShow(bool show) { m_lock.Write(m_show, show); }
     /// A radio button's selection: the second picture and the pressed flag follow it.
     void SetSelect(bool select);
     /// A check box's mark layer: the second picture when checked, nothing when not.
     void SetChecked(ZQDialogPicture& mark, bool checked);
 
-    bool GetDisable();
-    bool GetShow();
-    bool GetOvered();
-    bool GetSelect();
-    bool GetMask();
+    bool GetDisable() { return m_lock.Read(m_disabled); }
+    bool GetShow() { return m_lock.Read(m_show); }
+    bool GetOvered() { return m_lock.Read(m_over); }
+    bool GetSelect() { return m_lock.Read(m_selected); }
+    bool GetMask() { return m_lock.Read(m_pixelExact); }
     bool GetChecked(const ZQDialogPicture& mark);
-    ZQRect GetRect();
+    ZQRect GetRect() { return m_lock.Read(m_hit); }
     unsigned int GetId() const { return m_id; }
 
     /// When shown: the picture, then the mark layer when one is given and checked.
