@@ -1,6 +1,7 @@
 #include "ZQ/dialog/ZQDialog.h"
 
 #include "ZQ/core/ZQLock.h"
+#include "src/core/ZQLockedAccessors.h"
 #include "src/dialog/ZQDialogSupport.h"
 
 #include <new>
@@ -141,13 +142,7 @@ ZQSound* ZQDialog::GetSound() {
     return m_sound;
 }
 
-void ZQDialog::SetVisible(bool visible) {
-    m_lock.Write(m_visible, visible);
-}
-
-bool ZQDialog::GetVisible() {
-    return m_lock.Read(m_visible);
-}
+ZQ_LOCKED_ACCESSORS(ZQDialog, bool, Visible, m_visible)
 
 void ZQDialog::SetDisable(bool disable) {
     ZQLock lock(m_lock);
@@ -164,21 +159,9 @@ bool ZQDialog::GetDisable() {
     return m_lock.Read(m_disabled);
 }
 
-void ZQDialog::SetReturn(bool advances) {
-    m_lock.Write(m_returnAdvances, advances);
-}
+ZQ_LOCKED_ACCESSORS(ZQDialog, bool, Return, m_returnAdvances)
 
-bool ZQDialog::GetReturn() {
-    return m_lock.Read(m_returnAdvances);
-}
-
-void ZQDialog::SetTab(bool advances) {
-    m_lock.Write(m_tabAdvances, advances);
-}
-
-bool ZQDialog::GetTab() {
-    return m_lock.Read(m_tabAdvances);
-}
+ZQ_LOCKED_ACCESSORS(ZQDialog, bool, Tab, m_tabAdvances)
 
 void ZQDialog::SetSprite(const wchar_t* name, D3DXVECTOR3& pos, D3DXCOLOR& colour) {
     ZQLock lock(m_lock);

@@ -167,11 +167,8 @@ void ZQDialogClickable::SetSound(const wchar_t* click, const wchar_t* over) {
 
 void ZQDialogClickable::SetDisable(bool disable) {
     ZQLock lock(m_lock);
-    if (disable == m_disabled)
-        return;
-    m_disabled = disable;
-    m_shown.Show(disable ? m_disabledName : Resting(), m_position);
-    m_colour = disable ? kDisabledColour : kEnabledColour;
+    if (SetDisabled(m_disabled, m_colour, disable))
+        m_shown.Show(disable ? m_disabledName : Resting(), m_position);
 }
 
 void ZQDialogClickable::SetSelect(bool select) {

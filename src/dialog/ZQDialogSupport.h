@@ -1,7 +1,9 @@
 // What the dialog's controls share: the hit rectangle of a chunk, reporting, colours and copying names.
 #pragma once
+#include "ZQ/core/ZQLock.h"
 #include "ZQ/dialog/ZQResponseDialog.h"
 #include "ZQ/twod/ZQSprite.h"
+#include "src/core/ZQLockedAccessors.h"
 
 namespace ZQ {
 
@@ -23,6 +25,16 @@ void ReportUnlocked(_ZQResponseDialog_tag* response, CRITICAL_SECTION* lock, uns
 const D3DXCOLOR kEnabledColour(1.0f, 1.0f, 1.0f, 1.0f);
 const D3DXCOLOR kDisabledColour(1.0f, 1.0f, 1.0f, 0.5f);
 
+/// Disabling fades colour to half alpha, enabling restores it; false, changing nothing, when disabled
+/// already is disable.
+inline bool SetDisabled(bool& disabled, D3DXCOLOR& colour, bool disable) {
+    if (disable == disabled)
+        return false;
+    disabled = disable;
+    colour = disable ? kDisabledColour : kEnabledColour;
+    return true;
+}
+
 /// Copies the text, an empty one included (plain assignment keeps the old text when the new is empty).
 inline void Assign(ZQString& to, const ZQString& from) {
     to.clear();
@@ -30,3 +42,26 @@ inline void Assign(ZQString& to, const ZQString& from) {
 }
 
 } // namespace ZQ
+
+/// SetVisible and GetVisible of m_visible, SetDisable and GetDisable of m_disabled, disabling fading
+/// m_colour (the number, bars and gauges).
+#define ZQ_VISIBLE_AND_DISABLE(Class)                                                                                 \
+    ZQ_LOCKED_ACCESSORS(Class, bool, Visible, m_visible)                                                              \
+    void Class::SetDisable(bool disable) {                                                                            \
+        ZQLock lock(m_lock);                                                                                          \
+        SetDisabled(m_disabled, m_colour, disable);                                                                   \
+    }                                                                                                                 \
+    bool Class::GetDisable() {                                                                                        \
+        return m_lock.Read(m_disabled);                                                                               \
+    }
+
+/// Reset of a bar or gauge: empty, shown, enabled and able to report again.
+#define ZQ_BAR_RESET(Class)                                                                                           \
+    void Class::Reset() {                                                                                             \
+        ZQLock lock(m_lock);                                                                                          \
+        m_value = 0.0f;                                                                                               \
+        m_visible = true;                                                                                             \
+        m_colour = kEnabledColour;                                                                                    \
+        m_disabled = false;                                                                                           \
+        m_finished = false;                                                                                           \
+    }

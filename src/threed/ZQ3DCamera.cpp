@@ -1,5 +1,6 @@
 #include "ZQ/threed/ZQ3DCamera.h"
 #include "ZQ/core/ZQLock.h"
+#include "src/core/ZQLockedAccessors.h"
 
 namespace ZQ {
 namespace _3D {
@@ -46,16 +47,8 @@ void ZQ3DCamera::Construct(IDirect3DDevice9* device, const D3DXVECTOR3& position
 
 ZQ3DCamera::~ZQ3DCamera() = default;
 
-#define ZQ_CAMERA_ACCESSORS(type, name, field)                                                                       \
-    void ZQ3DCamera::Set##name(type value) {                                                                          \
-        m_lock.Write(field, value);                                                                                   \
-    }                                                                                                                 \
-    type ZQ3DCamera::Get##name() {                                                                                    \
-        return m_lock.Read(field);                                                                                    \
-    }
-ZQ_CAMERA_ACCESSORS(float, Time, m_time)
-ZQ_CAMERA_ACCESSORS(bool, Action, m_action)
-#undef ZQ_CAMERA_ACCESSORS
+ZQ_LOCKED_ACCESSORS(ZQ3DCamera, float, Time, m_time)
+ZQ_LOCKED_ACCESSORS(ZQ3DCamera, bool, Action, m_action)
 
 void ZQ3DCamera::SetPosition(const D3DXVECTOR3& position) {
     m_lock.Write(m_position, position);

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQCriticalSection.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
 #include "ZQ/core/ZQVector.h"
@@ -51,7 +52,7 @@ private:
     D3DXCOLOR m_shadowColour = D3DXCOLOR(0.0f, 0.0f, 0.0f, 1.0f);
     ZQVector m_lines; ///< owned Line*
     bool m_disabled = false, m_visible = true;
-    CRITICAL_SECTION m_lock;
+    ZQCriticalSection m_lock;
     unsigned int m_id;
 };
 
