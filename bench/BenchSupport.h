@@ -21,16 +21,21 @@ inline int Count(int argc, wchar_t** argv, int given, int fallback, const char* 
     return argc > given + 1 ? std::max(1, _wtoi(argv[given + 1])) : fallback;
 }
 
+/// The application object with a window and a 640 x 480 device, made after reading the command line as
+/// Count does; ends the program with 2 after the usage, or with 1 when the device cannot be made.
 class App : public ZQ::ZQVelisto {
 public:
-    App() : ZQVelisto(L"ZQVelisto benchmark", 640, 480) {}
-    /// Init without the command line, a window and a 640 x 480 device: the device, null when any fails.
-    IDirect3DDevice9* Start() {
+    App(int argc, wchar_t** argv, int given, int fallback, const char* usage)
+        : ZQVelisto(L"ZQVelisto benchmark", 640, 480), count(Count(argc, argv, given, fallback, usage)) {
+        if (!count)
+            std::exit(2);
         Init(false, false, false, false);
-        const bool started = SUCCEEDED(CreateWindow(L"ZQVelisto benchmark", nullptr, nullptr, nullptr, 0, 0)) &&
-                             SUCCEEDED(CreateDevice(0, true, 640, 480, nullptr, nullptr, nullptr));
-        return started ? GetDevice() : nullptr;
+        if (FAILED(CreateWindow(L"ZQVelisto benchmark", nullptr, nullptr, nullptr, 0, 0)) ||
+            FAILED(CreateDevice(0, true, 640, 480, nullptr, nullptr, nullptr)))
+            std::exit(1);
     }
+
+    const int count; ///< frames or rounds
 };
 
 inline double Now() {

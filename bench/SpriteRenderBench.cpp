@@ -19,13 +19,9 @@ struct Placement {
 } // namespace
 
 int wmain(int argc, wchar_t** argv) {
-    const int frames = bench::Count(argc, argv, 1, 20, "sprite_render_bench ATLAS.te [FRAMES]");
-    if (!frames)
-        return 2;
-    bench::App app;
-    IDirect3DDevice9* device = app.Start();
-    if (!device)
-        return 1;
+    bench::App app(argc, argv, 1, 20, "sprite_render_bench ATLAS.te [FRAMES]");
+    const int frames = app.count;
+    IDirect3DDevice9* device = app.GetDevice();
     ZQ::ZQSprite sprite(device);
     sprite.Entry(argv[1]);
     ID3DXSprite* d3dxSprite = nullptr;

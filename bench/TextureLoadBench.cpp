@@ -11,13 +11,9 @@
 #include <vector>
 
 int wmain(int argc, wchar_t** argv) {
-    const int rounds = bench::Count(argc, argv, 1, 5, "texture_load_bench ATLAS.te [ROUNDS]");
-    if (!rounds)
-        return 2;
-    bench::App app;
-    IDirect3DDevice9* device = app.Start();
-    if (!device)
-        return 1;
+    bench::App app(argc, argv, 1, 5, "texture_load_bench ATLAS.te [ROUNDS]");
+    const int rounds = app.count;
+    IDirect3DDevice9* device = app.GetDevice();
 
     const std::vector<uint8_t> bytes = bench::ReadFile(argv[1]);
     ZQ::formats::PackedFile packed;

@@ -6,14 +6,8 @@
 #include <memory>
 
 using twodtest::App;
-using twodtest::BackBufferPixel;
 using twodtest::BeginFrame;
-using twodtest::Device;
 using twodtest::EndFrame;
-using twodtest::LitPixels;
-using twodtest::Near;
-using ZQ::ZQDialog;
-using ZQ::ZQRect;
 using namespace dialogtest;
 
 namespace {

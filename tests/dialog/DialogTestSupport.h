@@ -11,6 +11,13 @@
 
 namespace dialogtest {
 
+using twodtest::BackBufferPixel;
+using twodtest::Device;
+using twodtest::LitPixels;
+using twodtest::Near;
+using ZQ::ZQDialog;
+using ZQ::ZQRect;
+
 inline std::wstring TempFile(const wchar_t* name) {
     wchar_t folder[MAX_PATH];
     GetTempPathW(MAX_PATH, folder);

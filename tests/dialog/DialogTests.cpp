@@ -4,12 +4,8 @@
 #include <memory>
 #include <type_traits>
 
-using twodtest::BackBufferPixel;
 using twodtest::BeginFrame;
-using twodtest::Device;
 using twodtest::EndFrame;
-using twodtest::Near;
-using ZQ::ZQDialog;
 using namespace dialogtest;
 
 namespace {

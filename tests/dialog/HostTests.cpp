@@ -9,12 +9,6 @@
 #include <vector>
 
 using twodtest::App;
-using twodtest::BackBufferPixel;
-using twodtest::Device;
-using twodtest::LitPixels;
-using twodtest::Near;
-using ZQ::ZQDialog;
-using ZQ::ZQRect;
 using namespace dialogtest;
 
 namespace {

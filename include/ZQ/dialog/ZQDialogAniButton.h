@@ -25,6 +25,7 @@ public:
     ZQDialogAniButton(const ZQDialogAniButton& other) = default;
     ZQDialogAniButton& operator=(const ZQDialogAniButton& other) = default;
     virtual ~ZQDialogAniButton();
+    unsigned int GetId();
 
     void SetSprite(const wchar_t* normal, const wchar_t* pressed, const wchar_t* over, const wchar_t* disabled);
     /// Click sound first, then over sound; a null name leaves that sound as it is.
@@ -34,7 +35,6 @@ public:
     bool GetShow();
     bool GetDisable();
     bool GetOvered();
-    unsigned int GetId();
 
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
     void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,

@@ -25,6 +25,7 @@ public:
     ZQDialogAniCheckBox(const ZQDialogAniCheckBox& other) = default;
     ZQDialogAniCheckBox& operator=(const ZQDialogAniCheckBox& other) = default;
     virtual ~ZQDialogAniCheckBox();
+    unsigned int GetId();
 
     void SetChecked(bool checked);
     bool GetChecked();
@@ -36,7 +37,6 @@ public:
     bool GetDisable();
     bool GetOvered();
     void SetDisable(bool disable);
-    unsigned int GetId();
 
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
     void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,

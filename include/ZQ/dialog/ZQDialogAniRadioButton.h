@@ -26,6 +26,8 @@ public:
     ZQDialogAniRadioButton(const ZQDialogAniRadioButton& other) = default;
     ZQDialogAniRadioButton& operator=(const ZQDialogAniRadioButton& other) = default;
     virtual ~ZQDialogAniRadioButton();
+    unsigned int GetId();
+    unsigned int GetGroup();
 
     /// Selects or deselects this button alone.
     void SetSelect(bool select);
@@ -35,8 +37,6 @@ public:
     void SetDisable(bool disable);
     bool GetDisable();
     bool GetShow();
-    unsigned int GetId();
-    unsigned int GetGroup();
 
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
     void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,

@@ -23,6 +23,7 @@ public:
     ZQDialogButton(const ZQDialogButton& other) = default;
     ZQDialogButton& operator=(const ZQDialogButton& other) = default;
     virtual ~ZQDialogButton();
+    unsigned int GetId();
 
     /// Replaces the four names; what is shown changes at the next state change.
     void SetSprite(const wchar_t* normal, const wchar_t* pressed, const wchar_t* over, const wchar_t* disabled);
@@ -35,7 +36,6 @@ public:
     bool GetDisable();
     /// The pointer was over the button at the last mouse report (the pixel mask not considered).
     bool GetOvered();
-    unsigned int GetId();
 
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
     void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,

@@ -23,6 +23,7 @@ public:
     ZQDialogCheckBox(const ZQDialogCheckBox& other) = default;
     ZQDialogCheckBox& operator=(const ZQDialogCheckBox& other) = default;
     virtual ~ZQDialogCheckBox();
+    unsigned int GetId();
 
     /// Shows or hides the mark; no event, no sound.
     void SetChecked(bool checked);
@@ -37,7 +38,6 @@ public:
     bool GetOvered();
     /// Acts only on a change, on the box layer; the mark stays.
     void SetDisable(bool disable);
-    unsigned int GetId();
 
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
     void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,

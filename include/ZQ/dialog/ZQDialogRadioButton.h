@@ -23,6 +23,8 @@ public:
     ZQDialogRadioButton(const ZQDialogRadioButton& other) = default;
     ZQDialogRadioButton& operator=(const ZQDialogRadioButton& other) = default;
     virtual ~ZQDialogRadioButton();
+    unsigned int GetId();
+    unsigned int GetGroup();
 
     /// Selects or deselects this button alone (the others of the group are left as they are).
     void SetSelect(bool select);
@@ -35,8 +37,6 @@ public:
     void SetDisable(bool disable);
     bool GetDisable();
     bool GetShow();
-    unsigned int GetId();
-    unsigned int GetGroup();
 
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
     void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
