@@ -20,7 +20,6 @@ struct Placement {
 
 int wmain(int argc, wchar_t** argv) {
     bench::App app(argc, argv, 1, 20, "sprite_render_bench ATLAS.te [FRAMES]");
-    const int frames = app.count;
     IDirect3DDevice9* device = app.GetDevice();
     ZQ::ZQSprite sprite(device);
     sprite.Entry(argv[1]);
@@ -39,6 +38,7 @@ int wmain(int argc, wchar_t** argv) {
     }
     D3DXCOLOR white(1.0f, 1.0f, 1.0f, 1.0f);
 
+    const int frames = app.count;
     std::printf("%d frames each, 640 x 480 (milliseconds a frame, drawing finished)\n", frames);
     std::printf("%8s %14s %14s %8s\n", "sprites", "ZQSprite", "ID3DXSprite", "ratio");
     for (int count : {1000, 10000}) {

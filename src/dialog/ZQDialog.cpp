@@ -70,6 +70,13 @@ template <typename T> void Append(ZQVector& list, T* item) {
         list.push_back(item);
 }
 
+// An animated control exists only in an animation dialog.
+template <typename Control, typename... Arguments>
+void AppendAnimated(ZQVector& list, ZQAnimate* animate, Arguments... arguments) {
+    if (animate)
+        Append(list, new (std::nothrow) Control(animate, arguments...));
+}
+
 // The animation form in an animation dialog, the sprite form otherwise.
 template <typename Gauge>
 Gauge* NewGauge(ZQAnimate* animate, ZQSprite* sprite, unsigned int id, const wchar_t* marker,
@@ -258,17 +265,15 @@ void ZQDialog::AddRadioButton(unsigned int id, unsigned int group, const wchar_t
 void ZQDialog::AddAniButton(unsigned int id, const wchar_t* normal, const wchar_t* pressed, const wchar_t* over,
                             const wchar_t* disabled, ZQRect& rect, const wchar_t* maskChunk) {
     ZQLock lock(m_lock);
-    if (m_animate)
-        Append(m_aniButtons, new (std::nothrow) ZQDialogAniButton(m_animate, m_sound, id, normal, pressed, over,
-                                                                  disabled, rect, GetResponse(), maskChunk));
+    AppendAnimated<ZQDialogAniButton>(m_aniButtons, m_animate, m_sound, id, normal, pressed, over, disabled,
+                                      rect, GetResponse(), maskChunk);
 }
 
 void ZQDialog::AddAniCheckBox(unsigned int id, const wchar_t* box, const wchar_t* mark, const wchar_t* over,
                               const wchar_t* disabled, ZQRect& rect, const wchar_t* maskChunk) {
     ZQLock lock(m_lock);
-    if (m_animate)
-        Append(m_aniCheckBoxes, new (std::nothrow) ZQDialogAniCheckBox(m_animate, m_sound, id, box, mark, over,
-                                                                       disabled, rect, GetResponse(), maskChunk));
+    AppendAnimated<ZQDialogAniCheckBox>(m_aniCheckBoxes, m_animate, m_sound, id, box, mark, over, disabled,
+                                        rect, GetResponse(), maskChunk);
 }
 
 void ZQDialog::AddAniRadioButton(unsigned int id, unsigned int group, const wchar_t* normal, const wchar_t* selected,
@@ -333,14 +338,14 @@ void ZQDialog::AddGauge(unsigned int id, const wchar_t* marker, ZQRect& rect, fl
     AddGauge(id, marker, nullptr, rect, range);
 }
 
+void ZQDialog::AddTimeGauge(unsigned int id, const wchar_t* marker, ZQRect& rect, float range) {
+    AddTimeGauge(id, marker, nullptr, rect, range);
+}
+
 void ZQDialog::AddGauge(unsigned int id, const wchar_t* marker, const wchar_t* background, ZQRect& rect,
                         float range) {
     Append(m_gauges,
            NewGauge<ZQDialogGauge>(m_animate, m_sprite, id, marker, background, rect, range, GetResponse()));
-}
-
-void ZQDialog::AddTimeGauge(unsigned int id, const wchar_t* marker, ZQRect& rect, float range) {
-    AddTimeGauge(id, marker, nullptr, rect, range);
 }
 
 void ZQDialog::AddTimeGauge(unsigned int id, const wchar_t* marker, const wchar_t* background, ZQRect& rect,

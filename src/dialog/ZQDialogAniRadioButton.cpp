@@ -9,9 +9,7 @@ ZQDialogAniRadioButton::ZQDialogAniRadioButton(ZQAnimate* animate, ZQSound* soun
                                                const wchar_t* over, const wchar_t* disabled, ZQRect& rect,
                                                _ZQResponseDialog_tag* response, const wchar_t* maskChunk)
     : m_core(*this, *this, response, animate, sound, id, normal, selected, over, disabled, rect, maskChunk),
-      m_group(group) {
-    m_maskChunk = maskChunk;
-}
+      m_group(group) {}
 
 ZQ_CLICKABLE_MEMBERS(ZQDialogAniRadioButton, nullptr)
 ZQ_CLICKABLE_SELECTION(ZQDialogAniRadioButton)

@@ -114,6 +114,7 @@ ZQDialogClickable::ZQDialogClickable(ZQDialogPixel& pixel, ZQDialogResponseEvent
     control.SetResponse(response);
     SetSprite(normal, second, over, disabled);
     m_shown.Show(m_normal, m_position);
+    m_maskChunk = maskChunk;
     _ZQTextureChunk_tag* chunk = nullptr;
     const ZQRect fromChunk = m_pixelExact ? ChunkHitRect(m_sprite, maskChunk, m_position, &chunk) : ZQRect();
     if (!chunk)
@@ -129,9 +130,10 @@ ZQDialogClickable& ZQDialogClickable::operator=(const ZQDialogClickable& other) 
         return *this;
     m_sprite = other.m_sprite;
     m_sound = other.m_sound;
-    ZQString* const mine[] = {&m_normal, &m_second, &m_overName, &m_disabledName, &m_overSound, &m_clickSound};
-    const ZQString* const theirs[] = {&other.m_normal,       &other.m_second,    &other.m_overName,
-                                      &other.m_disabledName, &other.m_overSound, &other.m_clickSound};
+    ZQString* const mine[] = {&m_normal,    &m_second,    &m_overName,  &m_disabledName,
+                              &m_maskChunk, &m_overSound, &m_clickSound};
+    const ZQString* const theirs[] = {&other.m_normal,    &other.m_second,    &other.m_overName, &other.m_disabledName,
+                                      &other.m_maskChunk, &other.m_overSound, &other.m_clickSound};
     for (size_t i = 0; i < sizeof mine / sizeof mine[0]; ++i)
         Assign(*mine[i], *theirs[i]);
     m_shown = other.m_shown;

@@ -27,23 +27,26 @@ bool Animated(Kind kind) {
     return kind >= Kind::AniButton;
 }
 
-void Add(ZQDialog& dialog, Kind kind, const D3DXVECTOR3& corner, const wchar_t* mask = nullptr) {
+// Without a mask normal names the sprite forms' normal picture; size 0 gives the animated forms no area.
+void Add(ZQDialog& dialog, Kind kind, const D3DXVECTOR3& corner, const wchar_t* mask = nullptr,
+         const wchar_t* normal = L"normal", float size = 32.0f, unsigned int id = 1) {
     D3DXVECTOR3 at = corner;
-    ZQ::ZQRect rect(at.x, at.y, at.x + 32.0f, at.y + 32.0f);
-    const wchar_t* normal = mask ? mask : L"normal";
+    ZQ::ZQRect rect(at.x, at.y, at.x + size, at.y + size);
+    if (mask)
+        normal = mask;
     switch (kind) {
     case Kind::Button:
-        return dialog.AddButton(1, normal, L"pressed", L"over", L"disabled", at, mask != nullptr);
+        return dialog.AddButton(id, normal, L"pressed", L"over", L"disabled", at, mask != nullptr);
     case Kind::CheckBox:
-        return dialog.AddCheckBox(1, normal, L"mark", L"over", L"disabled", at, mask != nullptr);
+        return dialog.AddCheckBox(id, normal, L"mark", L"over", L"disabled", at, mask != nullptr);
     case Kind::Radio:
-        return dialog.AddRadioButton(1, 1, normal, L"pressed", L"over", L"disabled", at, false, mask != nullptr);
+        return dialog.AddRadioButton(id, 1, normal, L"pressed", L"over", L"disabled", at, false, mask != nullptr);
     case Kind::AniButton:
-        return dialog.AddAniButton(1, L"blink", L"move", L"tinted", L"blink", rect, mask);
+        return dialog.AddAniButton(id, L"blink", L"move", L"tinted", L"blink", rect, mask);
     case Kind::AniCheckBox:
-        return dialog.AddAniCheckBox(1, L"blink", L"move", L"tinted", L"blink", rect, mask);
+        return dialog.AddAniCheckBox(id, L"blink", L"move", L"tinted", L"blink", rect, mask);
     case Kind::AniRadio:
-        return dialog.AddAniRadioButton(1, 1, L"blink", L"move", L"tinted", L"blink", rect, false, mask);
+        return dialog.AddAniRadioButton(id, 1, L"blink", L"move", L"tinted", L"blink", rect, false, mask);
     }
 }
 
@@ -575,51 +578,40 @@ TEST_F(DialogTest, AnimationDialogsHoldAnimatedControls) {
 }
 
 TEST_F(DialogTest, AControlWhosePictureIsUnknownIsNeverHit) {
-    // An unknown chunk leaves an all-zero hit rectangle; so does an animated control given no area.
-    ZQ::ZQSprite art(Device());
-    art.Entry(twodtest::Data(L"sprites.te").c_str());
-    ZQ::ZQAnimate animate(&art);
-    animate.Entry(twodtest::Data(L"anim\\narrow.am").c_str());
-    D3DXVECTOR3 at(40, 40, 0), known(100, 60, 0);
-    ZQ::ZQRect none(0.0f, 0.0f, 0.0f, 0.0f), area(100.0f, 60.0f, 132.0f, 92.0f);
-    struct Case {
-        const char* name;
-        std::function<void(ZQDialog&)> add;
-        std::function<bool(ZQDialog&)> changed; // besides events
-    } cases[] = {
-        {"button", [&](ZQDialog& d) { d.AddButton(1, L"missing", L"quad", L"quad", L"quad", at, false); },
-         [](ZQDialog& d) { return d.GetButton(1)->GetOvered(); }},
-        {"pixel-exact button", [&](ZQDialog& d) { d.AddButton(1, L"missing", L"quad", L"quad", L"quad", at, true); },
-         [](ZQDialog& d) { return d.GetButton(1)->GetOvered(); }},
-        {"check box", [&](ZQDialog& d) { d.AddCheckBox(1, L"missing", L"quad", L"quad", L"quad", at, false); },
-         [](ZQDialog& d) { return d.GetCheckBox(1)->GetChecked() || d.GetCheckBox(1)->GetOvered(); }},
-        {"radio button",
-         [&](ZQDialog& d) {
-             d.AddRadioButton(2, 5, L"quad", L"quad", L"quad", L"quad", known, false, false);
-             d.AddRadioButton(1, 5, L"missing", L"quad", L"quad", L"quad", at, false, false);
-         },
-         [](ZQDialog& d) { return d.GetRadioButton(1)->GetSelect() || !d.GetRadioButton(2)->GetSelect(); }},
-        {"ani-button", [&](ZQDialog& d) { d.AddAniButton(1, L"blink", L"move", L"tinted", L"blink", none, nullptr); },
-         [](ZQDialog& d) { return d.GetAniButton(1)->GetOvered(); }},
-        {"ani-check-box",
-         [&](ZQDialog& d) { d.AddAniCheckBox(1, L"blink", L"move", L"tinted", L"blink", none, nullptr); },
-         [](ZQDialog& d) { return d.GetAniCheckBox(1)->GetChecked() || d.GetAniCheckBox(1)->GetOvered(); }},
-        {"ani-radio button",
-         [&](ZQDialog& d) {
-             d.AddAniRadioButton(2, 5, L"blink", L"move", L"tinted", L"blink", area, false, nullptr);
-             d.AddAniRadioButton(1, 5, L"blink", L"move", L"tinted", L"blink", none, false, nullptr);
-         },
-         [](ZQDialog& d) { return d.GetAniRadioButton(1)->GetSelect() || !d.GetAniRadioButton(2)->GetSelect(); }},
-    };
-    for (const Case& c : cases) {
-        ZQDialog dialog(&animate, sound, &recorder);
-        c.add(dialog);
-        recorder.events.clear();
-        Report(dialog, 'm', 0, 0);
-        Click(dialog, 0, 0);
-        EXPECT_TRUE(recorder.events.empty()) << c.name;
-        EXPECT_FALSE(c.changed(dialog)) << c.name;
-    }
+    // An unknown chunk leaves an all-zero hit rectangle, pixel-exact or not; so does an animated control
+    // given no area. A radio button joins a group whose first member, selected, lies elsewhere.
+    const D3DXVECTOR3 origin(0.0f, 0.0f, 0.0f), elsewhere(100.0f, 60.0f, 0.0f), at(40.0f, 40.0f, 0.0f);
+    for (Kind kind : kKinds)
+        for (const wchar_t* mask : {static_cast<const wchar_t*>(nullptr), L"missing"}) {
+            ZQDialog dialog(animate, sound, &recorder);
+            if (!HasLooks(kind))
+                Add(dialog, kind, elsewhere, nullptr, L"normal", 32.0f, 2);
+            if (Animated(kind))
+                Add(dialog, kind, origin, mask, nullptr, 0.0f);
+            else
+                Add(dialog, kind, at, mask, L"missing");
+            recorder.events.clear();
+            Report(dialog, 'm', 0, 0);
+            Click(dialog, 0, 0);
+            EXPECT_TRUE(recorder.events.empty()) << Name(kind);
+            const bool changed = On(dialog, kind, [](auto* control) {
+                using Control = std::remove_pointer_t<decltype(control)>;
+                if constexpr (std::is_same_v<Control, ZQ::ZQDialogCheckBox> ||
+                              std::is_same_v<Control, ZQ::ZQDialogAniCheckBox>)
+                    return control->GetChecked() || control->GetOvered();
+                else if constexpr (kHasLooks<Control*>)
+                    return control->GetOvered();
+                else
+                    return control->GetSelect();
+            });
+            EXPECT_FALSE(changed) << Name(kind);
+            if (kind == Kind::Radio) {
+                EXPECT_TRUE(dialog.GetRadioButton(2)->GetSelect());
+            }
+            if (kind == Kind::AniRadio) {
+                EXPECT_TRUE(dialog.GetAniRadioButton(2)->GetSelect());
+            }
+        }
 }
 
 TEST_F(DialogTest, PixelMasksHoldAtFractionalPositions) {

@@ -42,7 +42,6 @@ public:
 
 private:
     ZQDialogClickable m_core;
-    ZQString m_maskChunk;
 };
 
 } // namespace ZQ

@@ -44,7 +44,6 @@ public:
 
 private:
     ZQDialogClickable m_core;
-    ZQString m_maskChunk;
     ZQDialogPicture m_mark; ///< the check mark when checked, on a player of its own
 };
 

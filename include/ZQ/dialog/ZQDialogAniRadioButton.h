@@ -28,12 +28,6 @@ public:
     virtual ~ZQDialogAniRadioButton();
     unsigned int GetId();
     unsigned int GetGroup();
-
-    /// Selects or deselects this button alone.
-    void SetSelect(bool select);
-    bool GetSelect();
-    bool GetMask();
-    ZQRect GetRect();
     void SetDisable(bool disable);
     bool GetDisable();
     bool GetShow();
@@ -42,9 +36,14 @@ public:
     void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
                  void* context);
 
+    /// Selects or deselects this button alone.
+    void SetSelect(bool select);
+    bool GetSelect();
+    bool GetMask();
+    ZQRect GetRect();
+
 private:
     ZQDialogClickable m_core;
-    ZQString m_maskChunk;
     unsigned int m_group;
 };
 

@@ -54,6 +54,7 @@ public:
                       const D3DXVECTOR3& position, bool pixelExact);
     /// Animations of animate, at rect's top-left corner; the hit rectangle and mask from the mask chunk
     /// when one is named and the sprite knows it, else rect. Pixel-exact exactly when one is named.
+    /// Keeps the mask chunk's name.
     ZQDialogClickable(ZQDialogPixel& pixel, ZQDialogResponseEvent& control, _ZQResponseDialog_tag* response,
                       ZQAnimate* animate, ZQSound* sound, unsigned int id,
                       const wchar_t* normal, const wchar_t* second, const wchar_t* over, const wchar_t* disabled,
@@ -95,6 +96,7 @@ private:
     ZQSound* m_sound;
     ZQString m_normal, m_second, m_overName, m_disabledName;
     ZQDialogPicture m_shown;
+    ZQString m_maskChunk; ///< an animated control's mask chunk, empty without one
     ZQString m_overSound, m_clickSound;
     D3DXCOLOR m_colour;
     D3DXVECTOR3 m_position;

@@ -25,14 +25,6 @@ public:
     virtual ~ZQDialogRadioButton();
     unsigned int GetId();
     unsigned int GetGroup();
-
-    /// Selects or deselects this button alone (the others of the group are left as they are).
-    void SetSelect(bool select);
-    bool GetSelect();
-    /// True for a pixel-exact button.
-    bool GetMask();
-    /// The hit rectangle.
-    ZQRect GetRect();
     /// Acts only on a change: disabled picture at half alpha, or selected/normal at full alpha.
     void SetDisable(bool disable);
     bool GetDisable();
@@ -41,6 +33,14 @@ public:
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
     void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
                  void* context);
+
+    /// Selects or deselects this button alone (the others of the group are left as they are).
+    void SetSelect(bool select);
+    bool GetSelect();
+    /// True for a pixel-exact button.
+    bool GetMask();
+    /// The hit rectangle.
+    ZQRect GetRect();
 
 private:
     ZQDialogClickable m_core;
