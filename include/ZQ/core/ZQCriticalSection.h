@@ -17,7 +17,7 @@ public:
 
     operator CRITICAL_SECTION*() { return &m_section; }
 
-    /// A copy of member, taken inside the section.
+    /// A copy of member, taken inside the section (a value: not for what is handed out by pointer).
     template <typename T> T Read(const T& member) {
         ZQLock lock(&m_section);
         return member;

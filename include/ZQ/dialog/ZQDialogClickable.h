@@ -56,9 +56,10 @@ public:
     /// when one is named and the sprite knows it, else rect. Pixel-exact exactly when one is named.
     /// Keeps the mask chunk's name.
     ZQDialogClickable(ZQDialogPixel& pixel, ZQDialogResponseEvent& control, _ZQResponseDialog_tag* response,
-                      ZQAnimate* animate, ZQSound* sound, unsigned int id,
-                      const wchar_t* normal, const wchar_t* second, const wchar_t* over, const wchar_t* disabled,
-                      const ZQRect& rect, const wchar_t* maskChunk);
+                      ZQAnimate* animate, ZQSound* sound, unsigned int id, const wchar_t* normal,
+                      const wchar_t* second, const wchar_t* over, const wchar_t* disabled, const ZQRect& rect,
+                      const wchar_t* maskChunk);
+    /// Member-wise; the lock and the player are the copy's own, and empty names are copied too.
     ZQDialogClickable(const ZQDialogClickable& other) = default;
     ZQDialogClickable& operator=(const ZQDialogClickable& other);
     ~ZQDialogClickable() = default;
