@@ -13,16 +13,6 @@ namespace {
 const int kInstances = 1000, kScenes = 100, kFramesPerScene = 8;
 const float kFrameSeconds = 0.05f, kElapsed = 1.0f / 60.0f;
 
-void Finish(IDirect3DDevice9* device) {
-    IDirect3DQuery9* query = nullptr;
-    if (FAILED(device->CreateQuery(D3DQUERYTYPE_EVENT, &query)))
-        return;
-    query->Issue(D3DISSUE_END);
-    while (query->GetData(nullptr, 0, D3DGETDATA_FLUSH) == S_FALSE) {
-    }
-    query->Release();
-}
-
 struct Placement {
     int scene;
     D3DXVECTOR3 position;
@@ -31,14 +21,8 @@ struct Placement {
 } // namespace
 
 int wmain(int argc, wchar_t** argv) {
-    if (argc < 3) {
-        std::printf("usage: animation_bench ATLAS.te ANIMATIONS.am [FRAMES]\n");
-        return 2;
-    }
-    const int frames = argc > 3 ? std::max(1, _wtoi(argv[3])) : 120;
-    bench::App app;
-    if (!app.Start())
-        return 1;
+    bench::App app(argc, argv, 2, 120, "animation_bench ATLAS.te ANIMATIONS.am [FRAMES]");
+    const int frames = app.count;
     IDirect3DDevice9* device = app.GetDevice();
     ZQ::ZQSprite sprite(device);
     sprite.Entry(argv[1]);
@@ -79,7 +63,7 @@ int wmain(int argc, wchar_t** argv) {
         multi.OnFrameRender(device, clock, kElapsed, nullptr);
         playersCpu += bench::Now() - cpuStart;
         device->EndScene();
-        Finish(device);
+        bench::Finish(device);
         players += bench::Now() - start;
 
         clock += kElapsed;
@@ -95,7 +79,7 @@ int wmain(int argc, wchar_t** argv) {
             sprite.Render(&names[static_cast<size_t>(k) * 8], dest, 0.0f, white, 0);
         }
         device->EndScene();
-        Finish(device);
+        bench::Finish(device);
         plain += bench::Now() - start;
     }
     std::printf("%d frames, %d instances, 640 x 480 (milliseconds a frame, drawing finished)\n", frames, kInstances);

@@ -13,11 +13,6 @@
 
 namespace {
 
-double Median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
 // Seconds to insert count entries named by name(i), the names made beforehand.
 template <typename Name> double Register(int count, Name name) {
     std::vector<ZQ::ZQString> names;
@@ -35,19 +30,17 @@ template <typename Name> double Register(int count, Name name) {
 } // namespace
 
 int wmain(int argc, wchar_t** argv) {
-    if (argc < 2) {
-        std::printf("usage: name_map_bench ATLAS.te [ROUNDS]\n");
+    const int rounds = bench::Count(argc, argv, 1, 5, "name_map_bench ATLAS.te [ROUNDS]");
+    if (!rounds)
         return 2;
-    }
-    const int rounds = argc > 2 ? std::max(1, _wtoi(argv[2])) : 5;
 
     std::vector<double> distinct, same;
     for (int round = 0; round < rounds; ++round) {
         distinct.push_back(Register(65535, [](int i) { return ZQ::ZQString(L"n%d", i); }));
         same.push_back(Register(65535, [](int) { return ZQ::ZQString(L"chunk"); }));
     }
-    std::printf("ZQMapper::insert of 65,535 distinct names (n0 ... n65534): %.1f ms\n", Median(distinct) * 1e3);
-    std::printf("ZQMapper::insert of 65,535 entries of one name: %.1f ms\n", Median(same) * 1e3);
+    std::printf("ZQMapper::insert of 65,535 distinct names (n0 ... n65534): %.1f ms\n", bench::Median(distinct) * 1e3);
+    std::printf("ZQMapper::insert of 65,535 entries of one name: %.1f ms\n", bench::Median(same) * 1e3);
 
     // The same names as the records of an atlas file (no image), registered by ZQTexture::Entry; two
     // sizes, to show how the cost grows.
@@ -102,6 +95,6 @@ int wmain(int argc, wchar_t** argv) {
         trans.push_back(bench::Now() - start);
     }
     std::printf("ZQTexture::Trans of a present name, %zu-chunk atlas: %.0f ns (%zu of %d found)\n", names.size(),
-                Median(trans) / lookups * 1e9, found, lookups);
+                bench::Median(trans) / lookups * 1e9, found, lookups);
     return 0;
 }

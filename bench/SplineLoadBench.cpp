@@ -8,11 +8,9 @@
 #include <cstdio>
 
 int wmain(int argc, wchar_t** argv) {
-    if (argc < 2) {
-        std::printf("usage: spline_load_bench PATHS.spl [ROUNDS]\n");
+    const int rounds = bench::Count(argc, argv, 1, 5, "spline_load_bench PATHS.spl [ROUNDS]");
+    if (!rounds)
         return 2;
-    }
-    const int rounds = argc > 2 ? std::max(1, _wtoi(argv[2])) : 5;
     for (int round = 1; round <= rounds; ++round) {
         const double start = bench::Now();
         ZQ::ZQSpline paths(argv[1], 7, 2);

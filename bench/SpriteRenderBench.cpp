@@ -11,17 +11,6 @@
 
 namespace {
 
-// Waits for the device to finish, so that a frame's time includes its drawing.
-void Finish(IDirect3DDevice9* device) {
-    IDirect3DQuery9* query = nullptr;
-    if (FAILED(device->CreateQuery(D3DQUERYTYPE_EVENT, &query)))
-        return;
-    query->Issue(D3DISSUE_END);
-    while (query->GetData(nullptr, 0, D3DGETDATA_FLUSH) == S_FALSE) {
-    }
-    query->Release();
-}
-
 struct Placement {
     std::wstring name;
     D3DXVECTOR3 position;
@@ -30,14 +19,7 @@ struct Placement {
 } // namespace
 
 int wmain(int argc, wchar_t** argv) {
-    if (argc < 2) {
-        std::printf("usage: sprite_render_bench ATLAS.te [FRAMES]\n");
-        return 2;
-    }
-    const int frames = argc > 2 ? std::max(1, _wtoi(argv[2])) : 20;
-    bench::App app;
-    if (!app.Start())
-        return 1;
+    bench::App app(argc, argv, 1, 20, "sprite_render_bench ATLAS.te [FRAMES]");
     IDirect3DDevice9* device = app.GetDevice();
     ZQ::ZQSprite sprite(device);
     sprite.Entry(argv[1]);
@@ -56,6 +38,7 @@ int wmain(int argc, wchar_t** argv) {
     }
     D3DXCOLOR white(1.0f, 1.0f, 1.0f, 1.0f);
 
+    const int frames = app.count;
     std::printf("%d frames each, 640 x 480 (milliseconds a frame, drawing finished)\n", frames);
     std::printf("%8s %14s %14s %8s\n", "sprites", "ZQSprite", "ID3DXSprite", "ratio");
     for (int count : {1000, 10000}) {
@@ -68,7 +51,7 @@ int wmain(int argc, wchar_t** argv) {
                 sprite.Render(placements[static_cast<size_t>(i)].name.c_str(), placements[static_cast<size_t>(i)].position,
                               white, 0);
             device->EndScene();
-            Finish(device);
+            bench::Finish(device);
             ours += bench::Now() - start;
 
             start = bench::Now();
@@ -85,7 +68,7 @@ int wmain(int argc, wchar_t** argv) {
             }
             d3dxSprite->End();
             device->EndScene();
-            Finish(device);
+            bench::Finish(device);
             theirs += bench::Now() - start;
         }
         std::printf("%8d %14.2f %14.2f %8.1f\n", count, ours * 1000.0 / frames, theirs * 1000.0 / frames,
@@ -101,7 +84,7 @@ int wmain(int argc, wchar_t** argv) {
         for (int i = 0; i < calls; ++i)
             part(i);
         device->EndScene();
-        Finish(device);
+        bench::Finish(device);
         return (bench::Now() - start) * 1e6 / calls;
     };
     const double lookup = perCall([&](int i) { sprite.Trans(placements[static_cast<size_t>(i)].name.c_str()); });

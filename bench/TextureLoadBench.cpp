@@ -10,24 +10,9 @@
 #include <cstdlib>
 #include <vector>
 
-namespace {
-
-double Median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
-} // namespace
-
 int wmain(int argc, wchar_t** argv) {
-    if (argc < 2) {
-        std::printf("usage: texture_load_bench ATLAS.te [ROUNDS]\n");
-        return 2;
-    }
-    const int rounds = argc > 2 ? std::max(1, _wtoi(argv[2])) : 5;
-    bench::App app;
-    if (!app.Start())
-        return 1;
+    bench::App app(argc, argv, 1, 5, "texture_load_bench ATLAS.te [ROUNDS]");
+    const int rounds = app.count;
     IDirect3DDevice9* device = app.GetDevice();
 
     const std::vector<uint8_t> bytes = bench::ReadFile(argv[1]);
@@ -100,8 +85,8 @@ int wmain(int argc, wchar_t** argv) {
     size_t chunks = 0;
     for (const ZQ::formats::PackedRecord& record : packed.records)
         chunks += record.narrowName.empty() ? 0 : 1;
-    const double entryTime = Median(entryTimes), decode = Median(decodeTimes), copy = Median(copyTimes);
-    const double recordTime = Median(recordTimes), oneLevel = Median(oneLevelTimes);
+    const double entryTime = bench::Median(entryTimes), decode = bench::Median(decodeTimes), copy = bench::Median(copyTimes);
+    const double recordTime = bench::Median(recordTimes), oneLevel = bench::Median(oneLevelTimes);
     std::printf("atlas: %lld x %lld, %zu chunks, %zu bytes, %d rounds (medians)\n",
                 static_cast<long long>(packed.width), static_cast<long long>(packed.height), chunks, bytes.size(),
                 rounds);

@@ -7,6 +7,7 @@
 
 #include "ZQ/core/ZQArray.h"
 #include "ZQ/core/ZQKalman.h"
+#include "ZQ/core/ZQCriticalSection.h"
 #include "ZQ/core/ZQLock.h"
 #include "ZQ/core/ZQMapper.h"
 #include "ZQ/core/ZQRand.h"
@@ -51,6 +52,7 @@
 #include "ZQ/dialog/ZQDialogAniRadioButton.h"
 #include "ZQ/dialog/ZQDialogButton.h"
 #include "ZQ/dialog/ZQDialogCheckBox.h"
+#include "ZQ/dialog/ZQDialogClickable.h"
 #include "ZQ/dialog/ZQDialogEditBox.h"
 #include "ZQ/dialog/ZQDialogGauge.h"
 #include "ZQ/dialog/ZQDialogListBox.h"

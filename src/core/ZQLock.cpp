@@ -11,11 +11,6 @@ ZQLock::~ZQLock() {
     m_cs = nullptr;
 }
 
-ZQLock& ZQLock::operator=(const ZQLock& other) {
-    m_cs = other.m_cs;
-    return *this;
-}
-
 ZQUnLock::ZQUnLock(CRITICAL_SECTION* cs) : m_cs(cs) {
     LeaveCriticalSection(m_cs);
 }
@@ -23,11 +18,6 @@ ZQUnLock::ZQUnLock(CRITICAL_SECTION* cs) : m_cs(cs) {
 ZQUnLock::~ZQUnLock() {
     EnterCriticalSection(m_cs);
     m_cs = nullptr;
-}
-
-ZQUnLock& ZQUnLock::operator=(const ZQUnLock& other) {
-    m_cs = other.m_cs;
-    return *this;
 }
 
 } // namespace ZQ

@@ -1,6 +1,7 @@
 #include "ZQ/dialog/ZQDialog.h"
 
 #include "ZQ/core/ZQLock.h"
+#include "src/core/ZQLockedAccessors.h"
 #include "src/dialog/ZQDialogSupport.h"
 
 #include <new>
@@ -69,6 +70,13 @@ template <typename T> void Append(ZQVector& list, T* item) {
         list.push_back(item);
 }
 
+// An animated control exists only in an animation dialog.
+template <typename Control, typename... Arguments>
+void AppendAnimated(ZQVector& list, ZQAnimate* animate, Arguments... arguments) {
+    if (animate)
+        Append(list, new (std::nothrow) Control(animate, arguments...));
+}
+
 // The animation form in an animation dialog, the sprite form otherwise.
 template <typename Gauge>
 Gauge* NewGauge(ZQAnimate* animate, ZQSprite* sprite, unsigned int id, const wchar_t* marker,
@@ -82,58 +90,13 @@ Gauge* NewGauge(ZQAnimate* animate, ZQSprite* sprite, unsigned int id, const wch
 
 ZQDialog::ZQDialog(ZQSprite* sprite, ZQSound* sound, _ZQResponseDialog_tag* response)
     : m_sprite(sprite), m_sound(sound) {
-    InitializeCriticalSection(&m_lock);
     ZQDialogResponseEvent::SetResponse(response);
 }
 
 ZQDialog::ZQDialog(ZQAnimate* animate, ZQSound* sound, _ZQResponseDialog_tag* response)
     : m_sprite(animate ? animate->GetSprite() : nullptr), m_animate(animate), m_sound(sound),
       m_player(animate ? new (std::nothrow) ZQRenderMulti(animate) : nullptr) {
-    InitializeCriticalSection(&m_lock);
     ZQDialogResponseEvent::SetResponse(response);
-}
-
-ZQDialog::ZQDialog(const ZQDialog& other)
-    : ZQDialogResponseEvent(other), m_sprite(other.m_sprite), m_animate(other.m_animate), m_sound(other.m_sound),
-      m_player(other.m_player), m_pictures(other.m_pictures), m_statics(other.m_statics),
-      m_buttons(other.m_buttons), m_aniButtons(other.m_aniButtons), m_timeBars(other.m_timeBars),
-      m_progresses(other.m_progresses), m_listBoxes(other.m_listBoxes), m_gauges(other.m_gauges),
-      m_timeGauges(other.m_timeGauges), m_numbers(other.m_numbers), m_editBoxes(other.m_editBoxes),
-      m_checkBoxes(other.m_checkBoxes), m_aniCheckBoxes(other.m_aniCheckBoxes), m_radioGroups(other.m_radioGroups),
-      m_aniRadioGroups(other.m_aniRadioGroups), m_visible(other.m_visible), m_disabled(other.m_disabled),
-      m_returnAdvances(other.m_returnAdvances), m_tabAdvances(other.m_tabAdvances), m_focused(other.m_focused) {
-    InitializeCriticalSection(&m_lock);
-}
-
-ZQDialog& ZQDialog::operator=(const ZQDialog& other) {
-    if (this == &other)
-        return *this;
-    ZQDialogResponseEvent::operator=(other);
-    m_sprite = other.m_sprite;
-    m_animate = other.m_animate;
-    m_sound = other.m_sound;
-    m_player = other.m_player;
-    m_pictures = other.m_pictures;
-    m_statics = other.m_statics;
-    m_buttons = other.m_buttons;
-    m_aniButtons = other.m_aniButtons;
-    m_timeBars = other.m_timeBars;
-    m_progresses = other.m_progresses;
-    m_listBoxes = other.m_listBoxes;
-    m_gauges = other.m_gauges;
-    m_timeGauges = other.m_timeGauges;
-    m_numbers = other.m_numbers;
-    m_editBoxes = other.m_editBoxes;
-    m_checkBoxes = other.m_checkBoxes;
-    m_aniCheckBoxes = other.m_aniCheckBoxes;
-    m_radioGroups = other.m_radioGroups;
-    m_aniRadioGroups = other.m_aniRadioGroups;
-    m_visible = other.m_visible;
-    m_disabled = other.m_disabled;
-    m_returnAdvances = other.m_returnAdvances;
-    m_tabAdvances = other.m_tabAdvances;
-    m_focused = other.m_focused;
-    return *this;
 }
 
 ZQDialog::~ZQDialog() {
@@ -153,23 +116,25 @@ ZQDialog::~ZQDialog() {
     DeleteGroups<ZQDialogRadioButton>(m_radioGroups);
     DeleteGroups<ZQDialogAniRadioButton>(m_aniRadioGroups);
     delete m_player;
-    DeleteCriticalSection(&m_lock);
+}
+
+template <typename Visit> void ZQDialog::EachReporting(Visit visit) {
+    Each<ZQDialogButton>(m_buttons, visit);
+    Each<ZQDialogAniButton>(m_aniButtons, visit);
+    Each<ZQDialogTimeBar>(m_timeBars, visit);
+    Each<ZQDialogProgress>(m_progresses, visit);
+    Each<ZQDialogGauge>(m_gauges, visit);
+    Each<ZQDialogTimeGauge>(m_timeGauges, visit);
+    EachInGroups<ZQDialogRadioButton>(m_radioGroups, visit);
+    EachInGroups<ZQDialogAniRadioButton>(m_aniRadioGroups, visit);
+    Each<ZQDialogCheckBox>(m_checkBoxes, visit);
+    Each<ZQDialogAniCheckBox>(m_aniCheckBoxes, visit);
 }
 
 void ZQDialog::SetResponse(_ZQResponseDialog_tag* response) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     ZQDialogResponseEvent::SetResponse(response);
-    auto set = [&](ZQDialogResponseEvent* control) { control->SetResponse(response); };
-    Each<ZQDialogButton>(m_buttons, set);
-    Each<ZQDialogAniButton>(m_aniButtons, set);
-    Each<ZQDialogTimeBar>(m_timeBars, set);
-    Each<ZQDialogProgress>(m_progresses, set);
-    Each<ZQDialogGauge>(m_gauges, set);
-    Each<ZQDialogTimeGauge>(m_timeGauges, set);
-    EachInGroups<ZQDialogRadioButton>(m_radioGroups, set);
-    EachInGroups<ZQDialogAniRadioButton>(m_aniRadioGroups, set);
-    Each<ZQDialogCheckBox>(m_checkBoxes, set);
-    Each<ZQDialogAniCheckBox>(m_aniCheckBoxes, set);
+    EachReporting([&](ZQDialogResponseEvent* control) { control->SetResponse(response); });
 }
 
 ZQSprite* ZQDialog::GetSprite() {
@@ -184,63 +149,29 @@ ZQSound* ZQDialog::GetSound() {
     return m_sound;
 }
 
-void ZQDialog::SetVisible(bool visible) {
-    ZQLock lock(&m_lock);
-    m_visible = visible;
-}
-
-bool ZQDialog::GetVisible() {
-    ZQLock lock(&m_lock);
-    return m_visible;
-}
+ZQ_LOCKED_ACCESSORS(ZQDialog, bool, Visible, m_visible)
 
 void ZQDialog::SetDisable(bool disable) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_disabled = disable;
     auto set = [&](auto* control) { control->SetDisable(disable); };
     Each<ZQDialogStatic>(m_statics, set);
-    Each<ZQDialogButton>(m_buttons, set);
-    Each<ZQDialogAniButton>(m_aniButtons, set);
-    Each<ZQDialogTimeBar>(m_timeBars, set);
-    Each<ZQDialogProgress>(m_progresses, set);
-    Each<ZQDialogGauge>(m_gauges, set);
-    Each<ZQDialogTimeGauge>(m_timeGauges, set);
     Each<ZQDialogNumber>(m_numbers, set);
-    Each<ZQDialogCheckBox>(m_checkBoxes, set);
-    Each<ZQDialogAniCheckBox>(m_aniCheckBoxes, set);
-    EachInGroups<ZQDialogRadioButton>(m_radioGroups, set);
-    EachInGroups<ZQDialogAniRadioButton>(m_aniRadioGroups, set);
     Each<ZQDialogListBox>(m_listBoxes, set);
     Each<ZQDialogEditBox>(m_editBoxes, set);
+    EachReporting(set);
 }
 
 bool ZQDialog::GetDisable() {
-    ZQLock lock(&m_lock);
-    return m_disabled;
+    return m_lock.Read(m_disabled);
 }
 
-void ZQDialog::SetReturn(bool advances) {
-    ZQLock lock(&m_lock);
-    m_returnAdvances = advances;
-}
+ZQ_LOCKED_ACCESSORS(ZQDialog, bool, Return, m_returnAdvances)
 
-bool ZQDialog::GetReturn() {
-    ZQLock lock(&m_lock);
-    return m_returnAdvances;
-}
-
-void ZQDialog::SetTab(bool advances) {
-    ZQLock lock(&m_lock);
-    m_tabAdvances = advances;
-}
-
-bool ZQDialog::GetTab() {
-    ZQLock lock(&m_lock);
-    return m_tabAdvances;
-}
+ZQ_LOCKED_ACCESSORS(ZQDialog, bool, Tab, m_tabAdvances)
 
 void ZQDialog::SetSprite(const wchar_t* name, D3DXVECTOR3& pos, D3DXCOLOR& colour) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     Picture* picture = new (std::nothrow) Picture;
     if (!picture)
         return;
@@ -251,7 +182,7 @@ void ZQDialog::SetSprite(const wchar_t* name, D3DXVECTOR3& pos, D3DXCOLOR& colou
 }
 
 void ZQDialog::SetSprite(unsigned int index, const wchar_t* name, D3DXVECTOR3& pos, D3DXCOLOR& colour) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (index >= m_pictures.size())
         return;
     Picture* picture = static_cast<Picture*>(m_pictures[static_cast<int>(index)]);
@@ -262,27 +193,27 @@ void ZQDialog::SetSprite(unsigned int index, const wchar_t* name, D3DXVECTOR3& p
 }
 
 void ZQDialog::SetAnimate(const wchar_t* name, D3DXVECTOR3& pos, bool loop, int count) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (m_player)
         m_player->Entry(name, pos, loop, count);
 }
 
 void ZQDialog::AddStatic(unsigned int id, ID3DXFont* font, const wchar_t* text, ZQRect& rect, D3DXCOLOR& colour,
                          unsigned long format) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     Append(m_statics, new (std::nothrow) ZQDialogStatic(m_sprite, id, font, text, rect, colour, format));
 }
 
 void ZQDialog::AddButton(unsigned int id, const wchar_t* normal, const wchar_t* pressed, const wchar_t* over,
                          const wchar_t* disabled, D3DXVECTOR3& position, bool pixelExact) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     Append(m_buttons, new (std::nothrow) ZQDialogButton(m_sprite, m_sound, id, normal, pressed, over, disabled,
                                                         position, GetResponse(), pixelExact));
 }
 
 void ZQDialog::AddCheckBox(unsigned int id, const wchar_t* box, const wchar_t* mark, const wchar_t* over,
                            const wchar_t* disabled, D3DXVECTOR3& position, bool pixelExact) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     Append(m_checkBoxes, new (std::nothrow) ZQDialogCheckBox(m_sprite, m_sound, id, box, mark, over, disabled,
                                                              position, GetResponse(), pixelExact));
 }
@@ -324,7 +255,7 @@ template <typename Radio> bool ZQDialog::ResolveGroups(ZQMapper& groups, int x, 
 void ZQDialog::AddRadioButton(unsigned int id, unsigned int group, const wchar_t* normal, const wchar_t* selected,
                               const wchar_t* over, const wchar_t* disabled, D3DXVECTOR3& position, bool select,
                               bool pixelExact) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     AddToGroup(m_radioGroups, group,
                new (std::nothrow) ZQDialogRadioButton(m_sprite, m_sound, id, group, normal, selected, over, disabled,
                                                       position, GetResponse(), pixelExact),
@@ -333,24 +264,22 @@ void ZQDialog::AddRadioButton(unsigned int id, unsigned int group, const wchar_t
 
 void ZQDialog::AddAniButton(unsigned int id, const wchar_t* normal, const wchar_t* pressed, const wchar_t* over,
                             const wchar_t* disabled, ZQRect& rect, const wchar_t* maskChunk) {
-    ZQLock lock(&m_lock);
-    if (m_animate)
-        Append(m_aniButtons, new (std::nothrow) ZQDialogAniButton(m_animate, m_sound, id, normal, pressed, over,
-                                                                  disabled, rect, GetResponse(), maskChunk));
+    ZQLock lock(m_lock);
+    AppendAnimated<ZQDialogAniButton>(m_aniButtons, m_animate, m_sound, id, normal, pressed, over, disabled,
+                                      rect, GetResponse(), maskChunk);
 }
 
 void ZQDialog::AddAniCheckBox(unsigned int id, const wchar_t* box, const wchar_t* mark, const wchar_t* over,
                               const wchar_t* disabled, ZQRect& rect, const wchar_t* maskChunk) {
-    ZQLock lock(&m_lock);
-    if (m_animate)
-        Append(m_aniCheckBoxes, new (std::nothrow) ZQDialogAniCheckBox(m_animate, m_sound, id, box, mark, over,
-                                                                       disabled, rect, GetResponse(), maskChunk));
+    ZQLock lock(m_lock);
+    AppendAnimated<ZQDialogAniCheckBox>(m_aniCheckBoxes, m_animate, m_sound, id, box, mark, over, disabled,
+                                        rect, GetResponse(), maskChunk);
 }
 
 void ZQDialog::AddAniRadioButton(unsigned int id, unsigned int group, const wchar_t* normal, const wchar_t* selected,
                                  const wchar_t* over, const wchar_t* disabled, ZQRect& rect, bool select,
                                  const wchar_t* maskChunk) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (m_animate)
         AddToGroup(m_aniRadioGroups, group,
                    new (std::nothrow) ZQDialogAniRadioButton(m_animate, m_sound, id, group, normal, selected, over,
@@ -359,12 +288,12 @@ void ZQDialog::AddAniRadioButton(unsigned int id, unsigned int group, const wcha
 }
 
 void ZQDialog::AddListBox(unsigned int id, ID3DXFont* font, ZQRect& rect) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     Append(m_listBoxes, new (std::nothrow) ZQDialogListBox(m_sprite, id, font, rect));
 }
 
 void ZQDialog::AddEditBox(unsigned int id, ID3DXFont* font, ZQRect& rect, D3DXCOLOR& colour, unsigned long format) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     ZQDialogEditBox* box = new (std::nothrow) ZQDialogEditBox(m_sprite, id, font, rect, colour, format);
     if (!box)
         return;
@@ -375,7 +304,7 @@ void ZQDialog::AddEditBox(unsigned int id, ID3DXFont* font, ZQRect& rect, D3DXCO
 
 void ZQDialog::AddNumber(unsigned int id, const wchar_t* prefix, D3DXVECTOR3& position, float spacing,
                          unsigned long alignment) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     Append(m_numbers, new (std::nothrow) ZQDialogNumber(m_sprite, id, prefix, position, spacing, alignment));
 }
 
@@ -409,14 +338,14 @@ void ZQDialog::AddGauge(unsigned int id, const wchar_t* marker, ZQRect& rect, fl
     AddGauge(id, marker, nullptr, rect, range);
 }
 
+void ZQDialog::AddTimeGauge(unsigned int id, const wchar_t* marker, ZQRect& rect, float range) {
+    AddTimeGauge(id, marker, nullptr, rect, range);
+}
+
 void ZQDialog::AddGauge(unsigned int id, const wchar_t* marker, const wchar_t* background, ZQRect& rect,
                         float range) {
     Append(m_gauges,
            NewGauge<ZQDialogGauge>(m_animate, m_sprite, id, marker, background, rect, range, GetResponse()));
-}
-
-void ZQDialog::AddTimeGauge(unsigned int id, const wchar_t* marker, ZQRect& rect, float range) {
-    AddTimeGauge(id, marker, nullptr, rect, range);
 }
 
 void ZQDialog::AddTimeGauge(unsigned int id, const wchar_t* marker, const wchar_t* background, ZQRect& rect,
@@ -426,62 +355,62 @@ void ZQDialog::AddTimeGauge(unsigned int id, const wchar_t* marker, const wchar_
 }
 
 ZQDialogStatic* ZQDialog::GetStatic(unsigned int id) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     return FindId<ZQDialogStatic>(m_statics, id);
 }
 
 ZQDialogButton* ZQDialog::GetButton(unsigned int id) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     return FindId<ZQDialogButton>(m_buttons, id);
 }
 
 ZQDialogAniButton* ZQDialog::GetAniButton(unsigned int id) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     return FindId<ZQDialogAniButton>(m_aniButtons, id);
 }
 
 ZQDialogAniCheckBox* ZQDialog::GetAniCheckBox(unsigned int id) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     return FindId<ZQDialogAniCheckBox>(m_aniCheckBoxes, id);
 }
 
 ZQDialogCheckBox* ZQDialog::GetCheckBox(unsigned int id) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     return FindId<ZQDialogCheckBox>(m_checkBoxes, id);
 }
 
 ZQDialogTimeBar* ZQDialog::GetTimeBar(unsigned int id) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     return FindId<ZQDialogTimeBar>(m_timeBars, id);
 }
 
 ZQDialogProgress* ZQDialog::GetProgress(unsigned int id) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     return FindId<ZQDialogProgress>(m_progresses, id);
 }
 
 ZQDialogGauge* ZQDialog::GetGauge(unsigned int id) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     return FindId<ZQDialogGauge>(m_gauges, id);
 }
 
 ZQDialogTimeGauge* ZQDialog::GetTimeGauge(unsigned int id) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     return FindId<ZQDialogTimeGauge>(m_timeGauges, id);
 }
 
 ZQDialogListBox* ZQDialog::GetListBox(unsigned int id) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     return FindId<ZQDialogListBox>(m_listBoxes, id);
 }
 
 ZQDialogEditBox* ZQDialog::GetEditBox(unsigned int id) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     return FindId<ZQDialogEditBox>(m_editBoxes, id);
 }
 
 ZQDialogNumber* ZQDialog::GetNumber(unsigned int id) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     return FindId<ZQDialogNumber>(m_numbers, id);
 }
 
@@ -494,7 +423,7 @@ ZQDialogAniRadioButton* ZQDialog::GetAniRadioButton(unsigned int id) {
 }
 
 HRESULT ZQDialog::OnResetDevice(IDirect3DDevice9* device, const D3DSURFACE_DESC* backBuffer, void* context) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     Each<ZQDialogStatic>(m_statics, [&](ZQDialogStatic* c) { c->OnResetDevice(device, backBuffer, context); });
     Each<ZQDialogListBox>(m_listBoxes, [&](ZQDialogListBox* c) { c->OnResetDevice(device, backBuffer, context); });
     Each<ZQDialogEditBox>(m_editBoxes, [&](ZQDialogEditBox* c) { c->OnResetDevice(device, backBuffer, context); });
@@ -502,14 +431,14 @@ HRESULT ZQDialog::OnResetDevice(IDirect3DDevice9* device, const D3DSURFACE_DESC*
 }
 
 void ZQDialog::OnLostDevice(void* context) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     Each<ZQDialogStatic>(m_statics, [&](ZQDialogStatic* c) { c->OnLostDevice(context); });
     Each<ZQDialogListBox>(m_listBoxes, [&](ZQDialogListBox* c) { c->OnLostDevice(context); });
     Each<ZQDialogEditBox>(m_editBoxes, [&](ZQDialogEditBox* c) { c->OnLostDevice(context); });
 }
 
 void ZQDialog::OnFrameMove(IDirect3DDevice9* device, double time, float elapsed, void* context) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (!m_visible)
         return;
     auto move = [&](auto* control) { control->OnFrameMove(device, time, elapsed, context); };
@@ -523,7 +452,7 @@ void ZQDialog::OnFrameMove(IDirect3DDevice9* device, double time, float elapsed,
 }
 
 void ZQDialog::OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (!m_visible)
         return;
     Each<Picture>(m_pictures, [&](Picture* picture) {
@@ -556,7 +485,7 @@ void ZQDialog::OnFrameRender(IDirect3DDevice9* device, double time, float elapse
 
 void ZQDialog::OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
                        void* context) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (!m_visible)
         return;
     auto forward = [&](auto* control) {
@@ -589,7 +518,7 @@ void ZQDialog::OnMouse(bool down, bool left, bool right, bool middle, bool side1
 }
 
 void ZQDialog::OnKeyboard(unsigned int key, bool keyDown, bool, void*) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (!keyDown || m_editBoxes.empty())
         return;
     if (!((key == VK_TAB && m_tabAdvances) || (key == VK_RETURN && m_returnAdvances)))
@@ -606,7 +535,7 @@ void ZQDialog::OnKeyboard(unsigned int key, bool keyDown, bool, void*) {
 
 LRESULT ZQDialog::OnMsgProc(HWND hWnd, UINT msg, WPARAM wParam, LPARAM lParam, bool* noFurtherProcessing,
                             void* context) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (!m_visible || m_editBoxes.empty() || m_focused < 0 || m_focused >= static_cast<int>(m_editBoxes.size()))
         return msg;
     if (ZQDialogEditBox* focused = static_cast<ZQDialogEditBox*>(m_editBoxes[m_focused]))

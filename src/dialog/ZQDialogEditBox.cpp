@@ -1,6 +1,7 @@
 #include "ZQ/dialog/ZQDialogEditBox.h"
 
 #include "ZQ/core/ZQLock.h"
+#include "src/core/ZQLockedAccessors.h"
 #include "src/dialog/ZQTextTarget.h"
 
 #include <imm.h>
@@ -12,7 +13,6 @@ namespace ZQ {
 ZQDialogEditBox::ZQDialogEditBox(ZQSprite* sprite, unsigned int id, ID3DXFont* font, ZQRect& rect, D3DXCOLOR& colour,
                                  unsigned long format)
     : m_sprite(sprite), m_target(nullptr), m_font(font), m_format(format), m_rect(rect), m_colour(colour), m_id(id) {
-    InitializeCriticalSection(&m_lock);
     D3DXFONT_DESCW desc = {};
     // A font that reports no character width gives no room rather than a division by zero.
     if (font && SUCCEEDED(font->GetDescW(&desc))) {
@@ -28,11 +28,10 @@ ZQDialogEditBox::ZQDialogEditBox(ZQSprite* sprite, unsigned int id, ID3DXFont* f
 
 ZQDialogEditBox::~ZQDialogEditBox() {
     delete m_target;
-    DeleteCriticalSection(&m_lock);
 }
 
 void ZQDialogEditBox::SetAcquire(bool acquire) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_acquired = acquire;
     if (acquire) {
         m_full += L"|";
@@ -43,68 +42,42 @@ void ZQDialogEditBox::SetAcquire(bool acquire) {
 }
 
 bool ZQDialogEditBox::GetAcquire() {
-    ZQLock lock(&m_lock);
-    return m_acquired;
+    return m_lock.Read(m_acquired);
 }
 
-void ZQDialogEditBox::SetPassword(bool password) {
-    ZQLock lock(&m_lock);
-    m_password = password;
-}
+ZQ_LOCKED_ACCESSORS(ZQDialogEditBox, bool, Password, m_password)
 
-bool ZQDialogEditBox::GetPassword() {
-    ZQLock lock(&m_lock);
-    return m_password;
-}
+ZQ_LOCKED_ACCESSORS(ZQDialogEditBox, bool, Disable, m_disabled)
 
-void ZQDialogEditBox::SetDisable(bool disable) {
-    ZQLock lock(&m_lock);
-    m_disabled = disable;
-}
-
-bool ZQDialogEditBox::GetDisable() {
-    ZQLock lock(&m_lock);
-    return m_disabled;
-}
-
-void ZQDialogEditBox::SetColor(D3DXCOLOR colour) {
-    ZQLock lock(&m_lock);
-    m_colour = colour;
-}
-
-D3DXCOLOR ZQDialogEditBox::GetColor() {
-    ZQLock lock(&m_lock);
-    return m_colour;
-}
+ZQ_LOCKED_ACCESSORS(ZQDialogEditBox, D3DXCOLOR, Color, m_colour)
 
 void ZQDialogEditBox::SetShadow(int offset, D3DXCOLOR& colour) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_shadowOffset = offset;
     m_shadowColour = colour;
 }
 
 ZQRect ZQDialogEditBox::GetRect() {
-    ZQLock lock(&m_lock);
-    return m_rect;
+    return m_lock.Read(m_rect);
 }
 
 const wchar_t* ZQDialogEditBox::GetText() {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     return m_committed;
 }
 
 const wchar_t* ZQDialogEditBox::GetDisplay() {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     return m_display;
 }
 
 bool ZQDialogEditBox::empty() {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     return m_acquired ? m_full.size() < 2 : m_full.empty();
 }
 
 void ZQDialogEditBox::Clear() {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_display.clear();
     m_full.clear();
     m_composition.clear();
@@ -199,7 +172,7 @@ bool ZQDialogEditBox::OnComposition(HWND hWnd, LPARAM parts) {
 
 LRESULT ZQDialogEditBox::OnMsgProc(HWND hWnd, UINT msg, WPARAM wParam, LPARAM lParam, bool* noFurtherProcessing,
                                    void*) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (!m_acquired || m_disabled)
         return msg;
     switch (msg) {
@@ -223,19 +196,10 @@ LRESULT ZQDialogEditBox::OnMsgProc(HWND hWnd, UINT msg, WPARAM wParam, LPARAM lP
     return msg;
 }
 
-HRESULT ZQDialogEditBox::OnResetDevice(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*) {
-    ZQLock lock(&m_lock);
-    return m_target ? m_target->OnResetDevice() : E_OUTOFMEMORY;
-}
-
-void ZQDialogEditBox::OnLostDevice(void*) {
-    ZQLock lock(&m_lock);
-    if (m_target)
-        m_target->OnLostDevice();
-}
+ZQ_TEXT_TARGET_DEVICE(ZQDialogEditBox)
 
 void ZQDialogEditBox::OnFrameMove(IDirect3DDevice9*, double, float, void*) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (!m_font || !m_target || !m_target->Begin())
         return;
     m_target->DrawText(m_font, m_display, m_inside, m_format, m_colour, m_shadowOffset, m_shadowColour);
@@ -243,7 +207,7 @@ void ZQDialogEditBox::OnFrameMove(IDirect3DDevice9*, double, float, void*) {
 }
 
 void ZQDialogEditBox::OnFrameRender(IDirect3DDevice9*, double, float, void*) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     D3DXVECTOR3 corner(m_rect.left, m_rect.top, 0.0f);
     if (m_target)
         m_target->Draw(m_sprite, corner, m_colour);

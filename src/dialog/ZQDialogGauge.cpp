@@ -16,7 +16,6 @@ ZQDialogGauge::ZQDialogGauge(ZQSprite* sprite, unsigned int id, const wchar_t* m
 ZQDialogGauge::ZQDialogGauge(ZQSprite* sprite, unsigned int id, const wchar_t* marker, const wchar_t* background,
                              ZQRect& rect, float range, _ZQResponseDialog_tag* response)
     : m_animate(nullptr), m_sprite(sprite), m_player(nullptr), m_rect(rect), m_range(range), m_id(id) {
-    InitializeCriticalSection(&m_lock);
     SetResponse(response);
     m_marker = marker;
     m_background = background;
@@ -35,54 +34,16 @@ ZQDialogGauge::ZQDialogGauge(ZQAnimate* animate, unsigned int id, const wchar_t*
 
 ZQDialogGauge::~ZQDialogGauge() {
     delete m_player;
-    DeleteCriticalSection(&m_lock);
 }
 
-void ZQDialogGauge::SetPos(float value) {
-    ZQLock lock(&m_lock);
-    m_value = value;
-}
+ZQ_LOCKED_ACCESSORS(ZQDialogGauge, float, Pos, m_value)
 
-float ZQDialogGauge::GetPos() {
-    ZQLock lock(&m_lock);
-    return m_value;
-}
+ZQ_LOCKED_ACCESSORS(ZQDialogGauge, float, Range, m_range)
 
-void ZQDialogGauge::SetRange(float range) {
-    ZQLock lock(&m_lock);
-    m_range = range;
-}
-
-float ZQDialogGauge::GetRange() {
-    ZQLock lock(&m_lock);
-    return m_range;
-}
-
-void ZQDialogGauge::SetVisible(bool visible) {
-    ZQLock lock(&m_lock);
-    m_visible = visible;
-}
-
-bool ZQDialogGauge::GetVisible() {
-    ZQLock lock(&m_lock);
-    return m_visible;
-}
-
-void ZQDialogGauge::SetDisable(bool disable) {
-    ZQLock lock(&m_lock);
-    if (disable == m_disabled)
-        return;
-    m_disabled = disable;
-    m_colour = disable ? kDisabledColour : kEnabledColour;
-}
-
-bool ZQDialogGauge::GetDisable() {
-    ZQLock lock(&m_lock);
-    return m_disabled;
-}
+ZQ_VISIBLE_AND_DISABLE(ZQDialogGauge)
 
 void ZQDialogGauge::SetSprite(const wchar_t* marker) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (!marker)
         return;
     m_marker.clear();
@@ -91,18 +52,10 @@ void ZQDialogGauge::SetSprite(const wchar_t* marker) {
         m_player->Entry(m_marker, m_markerPosition, true, -1, true);
 }
 
-void ZQDialogGauge::Reset() {
-    ZQLock lock(&m_lock);
-    m_value = 0.0f;
-    m_visible = true;
-    m_colour = kEnabledColour;
-    m_disabled = false;
-    m_finished = false;
-}
+ZQ_BAR_RESET(ZQDialogGauge)
 
 D3DXVECTOR3 ZQDialogGauge::Delta() {
-    ZQLock lock(&m_lock);
-    return m_markerPosition;
+    return m_lock.Read(m_markerPosition);
 }
 
 unsigned int ZQDialogGauge::GetId() {
@@ -114,7 +67,7 @@ void ZQDialogGauge::OnFrameMove(IDirect3DDevice9*, double, float elapsed, void*)
 }
 
 void ZQDialogGauge::Move(float elapsed, bool timed) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (m_disabled)
         return;
     if (timed)
@@ -123,7 +76,7 @@ void ZQDialogGauge::Move(float elapsed, bool timed) {
         m_value = m_range;
         if (!m_finished && GetResponse()) {
             m_finished = true;
-            ReportUnlocked(GetResponse(), &m_lock, m_id, 0, 0);
+            ReportUnlocked(GetResponse(), m_lock, m_id, 0, 0);
         }
     }
     const float t = m_value / m_range;
@@ -138,7 +91,7 @@ void ZQDialogGauge::Move(float elapsed, bool timed) {
 }
 
 void ZQDialogGauge::OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (!m_visible || !m_sprite)
         return;
     if (!m_background.empty()) {

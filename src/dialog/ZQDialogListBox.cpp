@@ -1,6 +1,7 @@
 #include "ZQ/dialog/ZQDialogListBox.h"
 
 #include "ZQ/core/ZQLock.h"
+#include "src/core/ZQLockedAccessors.h"
 #include "src/dialog/ZQTextTarget.h"
 
 #include <new>
@@ -17,7 +18,6 @@ ZQDialogListBox::ZQDialogListBox(ZQSprite* sprite, unsigned int id, ID3DXFont* f
                                                static_cast<int>(rect.right - rect.left),
                                                static_cast<int>(rect.bottom - rect.top))),
       m_sprite(sprite), m_font(font), m_rect(rect), m_id(id) {
-    InitializeCriticalSection(&m_lock);
     D3DXFONT_DESCW desc = {};
     if (font && SUCCEEDED(font->GetDescW(&desc)) && desc.Height > 0) {
         m_lineHeight = desc.Height;
@@ -28,7 +28,6 @@ ZQDialogListBox::ZQDialogListBox(ZQSprite* sprite, unsigned int id, ID3DXFont* f
 ZQDialogListBox::~ZQDialogListBox() {
     DeleteLines(m_lines.size());
     delete m_target;
-    DeleteCriticalSection(&m_lock);
 }
 
 // Deletes the oldest count lines and closes the gap.
@@ -42,7 +41,7 @@ void ZQDialogListBox::DeleteLines(unsigned int count) {
 }
 
 void ZQDialogListBox::SetText(const wchar_t* text, D3DXCOLOR& colour) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     // The log is trimmed in large steps, not line by line.
     if (m_lines.size() >= 4000)
         DeleteLines(m_lines.size() - 200);
@@ -55,49 +54,32 @@ void ZQDialogListBox::SetText(const wchar_t* text, D3DXCOLOR& colour) {
 }
 
 const wchar_t* ZQDialogListBox::GetText(unsigned int index) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (index >= m_lines.size())
         return nullptr;
     return static_cast<Line*>(m_lines[static_cast<int>(index)])->text;
 }
 
 void ZQDialogListBox::Clear() {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     DeleteLines(m_lines.size());
     if (m_target)
         m_target->Clear();
 }
 
 void ZQDialogListBox::SetShadow(int offset, D3DXCOLOR& colour) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_shadowOffset = offset;
     m_shadowColour = colour;
 }
 
-void ZQDialogListBox::SetDisable(bool disable) {
-    ZQLock lock(&m_lock);
-    m_disabled = disable;
-}
-
-bool ZQDialogListBox::GetDisable() {
-    ZQLock lock(&m_lock);
-    return m_disabled;
-}
+ZQ_LOCKED_ACCESSORS(ZQDialogListBox, bool, Disable, m_disabled)
 
 unsigned int ZQDialogListBox::GetId() {
     return m_id;
 }
 
-HRESULT ZQDialogListBox::OnResetDevice(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*) {
-    ZQLock lock(&m_lock);
-    return m_target ? m_target->OnResetDevice() : E_OUTOFMEMORY;
-}
-
-void ZQDialogListBox::OnLostDevice(void*) {
-    ZQLock lock(&m_lock);
-    if (m_target)
-        m_target->OnLostDevice();
-}
+ZQ_TEXT_TARGET_DEVICE(ZQDialogListBox)
 
 // Band 0 is the top line-height strip of the texture.
 void ZQDialogListBox::DrawLine(const Line& line, int band) {
@@ -107,7 +89,7 @@ void ZQDialogListBox::DrawLine(const Line& line, int band) {
 }
 
 void ZQDialogListBox::OnFrameMove(IDirect3DDevice9*, double, float, void*) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     const int count = static_cast<int>(m_lines.size());
     if (count == 0 || !m_font || !m_target || !m_target->Begin())
         return;
@@ -122,7 +104,7 @@ void ZQDialogListBox::OnFrameMove(IDirect3DDevice9*, double, float, void*) {
 }
 
 void ZQDialogListBox::OnFrameRender(IDirect3DDevice9*, double, float, void*) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     D3DXVECTOR3 corner(m_rect.left, m_rect.top, 0.0f);
     D3DXCOLOR white(1.0f, 1.0f, 1.0f, 1.0f);
     if (m_target)

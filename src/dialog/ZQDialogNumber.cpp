@@ -11,13 +11,11 @@ namespace ZQ {
 ZQDialogNumber::ZQDialogNumber(ZQSprite* sprite, unsigned int id, const wchar_t* prefix, D3DXVECTOR3& position,
                                float spacing, unsigned long alignment)
     : m_sprite(sprite), m_alignment(alignment), m_spacing(spacing), m_position(position), m_id(id) {
-    InitializeCriticalSection(&m_lock);
     SetSprite(prefix);
 }
 
 ZQDialogNumber::~ZQDialogNumber() {
     ClearNames();
-    DeleteCriticalSection(&m_lock);
 }
 
 void ZQDialogNumber::ClearNames() {
@@ -27,7 +25,7 @@ void ZQDialogNumber::ClearNames() {
 }
 
 void ZQDialogNumber::SetSprite(const wchar_t* prefix) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     ClearNames();
     const wchar_t* start = prefix ? prefix : L"";
     static const wchar_t* const kMarks[4] = {L"%ls,", L"%ls-", L"%ls,", L"%ls/"};
@@ -45,54 +43,31 @@ void ZQDialogNumber::SetSprite(const wchar_t* prefix) {
 }
 
 void ZQDialogNumber::Reset(unsigned __int64 value) {
-    ZQLock lock(&m_lock);
-    m_value = value;
+    m_lock.Write(m_value, value);
 }
 
 void ZQDialogNumber::Plus(unsigned __int64 value) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_value += value;
 }
 
 void ZQDialogNumber::Minus(unsigned __int64 value) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_value -= value;
 }
 
 unsigned __int64 ZQDialogNumber::GetNumber() {
-    ZQLock lock(&m_lock);
-    return m_value;
+    return m_lock.Read(m_value);
 }
 
-void ZQDialogNumber::SetVisible(bool visible) {
-    ZQLock lock(&m_lock);
-    m_visible = visible;
-}
-
-bool ZQDialogNumber::GetVisible() {
-    ZQLock lock(&m_lock);
-    return m_visible;
-}
-
-void ZQDialogNumber::SetDisable(bool disable) {
-    ZQLock lock(&m_lock);
-    if (disable == m_disabled)
-        return;
-    m_disabled = disable;
-    m_colour = disable ? kDisabledColour : kEnabledColour;
-}
-
-bool ZQDialogNumber::GetDisable() {
-    ZQLock lock(&m_lock);
-    return m_disabled;
-}
+ZQ_VISIBLE_AND_DISABLE(ZQDialogNumber)
 
 unsigned int ZQDialogNumber::GetId() {
     return m_id;
 }
 
 void ZQDialogNumber::OnFrameRender(IDirect3DDevice9*, double, float, void*) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (!m_visible)
         return;
     if (m_alignment == DT_LEFT)
@@ -135,7 +110,7 @@ void ZQDialogNumber::Draw(char c, float x, const D3DXVECTOR3& position) {
 }
 
 void ZQDialogNumber::DrawTextLeft(unsigned __int64 value, D3DXVECTOR3& position, float spacing) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     char digits[20];
     const int count = Digits(value, digits);
     float x = position.x;
@@ -146,7 +121,7 @@ void ZQDialogNumber::DrawTextLeft(unsigned __int64 value, D3DXVECTOR3& position,
 }
 
 void ZQDialogNumber::DrawTextCenter(unsigned __int64 value, D3DXVECTOR3& position, float spacing) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     char digits[20];
     const int count = Digits(value, digits);
     float total = 0.5f * Width(digits[0]);
@@ -157,7 +132,7 @@ void ZQDialogNumber::DrawTextCenter(unsigned __int64 value, D3DXVECTOR3& positio
 }
 
 void ZQDialogNumber::DrawTextRight(unsigned __int64 value, D3DXVECTOR3& position, float spacing) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     char digits[20];
     const int count = Digits(value, digits);
     float x = position.x;

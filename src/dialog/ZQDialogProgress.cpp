@@ -10,7 +10,6 @@ ZQDialogProgress::ZQDialogProgress(ZQSprite* sprite, unsigned int id, const wcha
            _ZQResponseDialog_tag* response)
     : m_sprite(sprite), m_full(full), m_barPosition(barPosition), m_backgroundPosition(backgroundPosition),
       m_direction(direction), m_id(id) {
-    InitializeCriticalSection(&m_lock);
     SetResponse(response);
     m_bar = bar;
     m_background = background;
@@ -21,7 +20,6 @@ ZQDialogProgress::ZQDialogProgress(ZQSprite* sprite, unsigned int id, const wcha
 }
 
 ZQDialogProgress::ZQDialogProgress(const ZQDialogProgress& other) : ZQDialogResponseEvent(other) {
-    InitializeCriticalSection(&m_lock);
     CopyFrom(other);
 }
 
@@ -52,70 +50,24 @@ void ZQDialogProgress::CopyFrom(const ZQDialogProgress& other) {
 }
 
 ZQDialogProgress::~ZQDialogProgress() {
-    DeleteCriticalSection(&m_lock);
 }
 
-void ZQDialogProgress::SetPos(float value) {
-    ZQLock lock(&m_lock);
-    m_value = value;
-}
+ZQ_LOCKED_ACCESSORS(ZQDialogProgress, float, Pos, m_value)
 
-float ZQDialogProgress::GetPos() {
-    ZQLock lock(&m_lock);
-    return m_value;
-}
-
-void ZQDialogProgress::SetRange(float value) {
-    ZQLock lock(&m_lock);
-    m_full = value;
-}
-
-float ZQDialogProgress::GetRange() {
-    ZQLock lock(&m_lock);
-    return m_full;
-}
+ZQ_LOCKED_ACCESSORS(ZQDialogProgress, float, Range, m_full)
 
 void ZQDialogProgress::SetSprite(const wchar_t* bar, const wchar_t* background) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_bar = bar;
     m_background = background;
 }
 
-void ZQDialogProgress::SetVisible(bool visible) {
-    ZQLock lock(&m_lock);
-    m_visible = visible;
-}
+ZQ_VISIBLE_AND_DISABLE(ZQDialogProgress)
 
-bool ZQDialogProgress::GetVisible() {
-    ZQLock lock(&m_lock);
-    return m_visible;
-}
-
-void ZQDialogProgress::SetDisable(bool disable) {
-    ZQLock lock(&m_lock);
-    if (disable == m_disabled)
-        return;
-    m_disabled = disable;
-    m_colour = disable ? kDisabledColour : kEnabledColour;
-}
-
-bool ZQDialogProgress::GetDisable() {
-    ZQLock lock(&m_lock);
-    return m_disabled;
-}
-
-void ZQDialogProgress::Reset() {
-    ZQLock lock(&m_lock);
-    m_value = 0.0f;
-    m_visible = true;
-    m_colour = kEnabledColour;
-    m_disabled = false;
-    m_finished = false;
-}
+ZQ_BAR_RESET(ZQDialogProgress)
 
 D3DXVECTOR3 ZQDialogProgress::Delta() {
-    ZQLock lock(&m_lock);
-    return m_tip;
+    return m_lock.Read(m_tip);
 }
 
 unsigned int ZQDialogProgress::GetId() {
@@ -127,7 +79,7 @@ float ZQDialogProgress::Fraction() const {
 }
 
 void ZQDialogProgress::Step(float step) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_value += step;
     if (m_value < 0.0f)
         m_value = 0.0f;
@@ -138,7 +90,7 @@ void ZQDialogProgress::OnFrameMove(IDirect3DDevice9*, double, float elapsed, voi
 }
 
 void ZQDialogProgress::Move(float elapsed, bool timed) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (m_disabled)
         return;
     if (timed)
@@ -147,7 +99,7 @@ void ZQDialogProgress::Move(float elapsed, bool timed) {
         m_value = m_full;
         if (!m_finished && GetResponse()) {
             m_finished = true;
-            ReportUnlocked(GetResponse(), &m_lock, m_id, 0, 0);
+            ReportUnlocked(GetResponse(), m_lock, m_id, 0, 0);
         }
     }
     const float t = Fraction();
@@ -166,7 +118,7 @@ void ZQDialogProgress::Move(float elapsed, bool timed) {
 }
 
 void ZQDialogProgress::OnFrameRender(IDirect3DDevice9*, double, float, void*) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (!m_visible || !m_sprite)
         return;
     if (!m_background.empty())

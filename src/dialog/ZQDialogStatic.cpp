@@ -1,6 +1,7 @@
 #include "ZQ/dialog/ZQDialogStatic.h"
 
 #include "ZQ/core/ZQLock.h"
+#include "src/core/ZQLockedAccessors.h"
 #include "src/dialog/ZQTextTarget.h"
 
 #include <new>
@@ -16,81 +17,52 @@ ZQDialogStatic::ZQDialogStatic(ZQSprite* sprite, unsigned int id, ID3DXFont* fon
       m_rect(0.0f, 0.0f, static_cast<float>(static_cast<int>(rect.right - rect.left)),
              static_cast<float>(static_cast<int>(rect.bottom - rect.top))),
       m_id(id) {
-    InitializeCriticalSection(&m_lock);
     m_text = text;
 }
 
 ZQDialogStatic::~ZQDialogStatic() {
     delete m_target;
-    DeleteCriticalSection(&m_lock);
 }
 
 void ZQDialogStatic::SetText(const wchar_t* text, D3DXCOLOR& colour) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_text.clear();
     m_text = text;
     m_colour = colour;
 }
 
 void ZQDialogStatic::SetShadow(int offset, D3DXCOLOR& colour) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_shadowOffset = offset;
     m_shadowColour = colour;
 }
 
-void ZQDialogStatic::SetPos(D3DXVECTOR3 position) {
-    ZQLock lock(&m_lock);
-    m_position = position;
-}
+ZQ_LOCKED_ACCESSORS(ZQDialogStatic, D3DXVECTOR3, Pos, m_position)
 
-D3DXVECTOR3 ZQDialogStatic::GetPos() {
-    ZQLock lock(&m_lock);
-    return m_position;
-}
-
-void ZQDialogStatic::SetVisible(bool visible) {
-    ZQLock lock(&m_lock);
-    m_visible = visible;
-}
-
-bool ZQDialogStatic::GetVisible() {
-    ZQLock lock(&m_lock);
-    return m_visible;
-}
+ZQ_LOCKED_ACCESSORS(ZQDialogStatic, bool, Visible, m_visible)
 
 void ZQDialogStatic::SetDisable(bool disable) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_disabled = disable;
     m_colour.a = m_shadowColour.a = disable ? 0.5f : 1.0f;
 }
 
 bool ZQDialogStatic::GetDisable() {
-    ZQLock lock(&m_lock);
-    return m_disabled;
+    return m_lock.Read(m_disabled);
 }
 
 D3DXCOLOR ZQDialogStatic::GetColor() {
-    ZQLock lock(&m_lock);
-    return m_colour;
+    return m_lock.Read(m_colour);
 }
 
 unsigned int ZQDialogStatic::GetId() {
     return m_id;
 }
 
-HRESULT ZQDialogStatic::OnResetDevice(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*) {
-    ZQLock lock(&m_lock);
-    return m_target ? m_target->OnResetDevice() : E_OUTOFMEMORY;
-}
-
-void ZQDialogStatic::OnLostDevice(void*) {
-    ZQLock lock(&m_lock);
-    if (m_target)
-        m_target->OnLostDevice();
-}
+ZQ_TEXT_TARGET_DEVICE(ZQDialogStatic)
 
 void ZQDialogStatic::OnFrameMove(IDirect3DDevice9*, double, float, void*) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (!m_visible || !m_font || !m_target || !m_target->Begin())
         return;
     m_target->DrawText(m_font, m_text, m_rect, m_format, m_colour, m_shadowOffset, m_shadowColour);
@@ -98,7 +70,7 @@ void ZQDialogStatic::OnFrameMove(IDirect3DDevice9*, double, float, void*) {
 }
 
 void ZQDialogStatic::OnFrameRender(IDirect3DDevice9*, double, float, void*) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (m_visible && m_target)
         m_target->Draw(m_sprite, m_position, m_colour);
 }

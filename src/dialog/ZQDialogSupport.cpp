@@ -1,7 +1,6 @@
 #include "src/dialog/ZQDialogSupport.h"
 
 #include "ZQ/core/ZQLock.h"
-#include "ZQ/sound/ZQSound.h"
 
 namespace ZQ {
 
@@ -20,50 +19,11 @@ ZQRect ChunkHitRect(ZQSprite* sprite, const wchar_t* name, const D3DXVECTOR3& po
     return hit;
 }
 
-namespace {
-
-void PlayNamed(ZQSound* sound, const wchar_t* name) {
-    if (sound && name && *name)
-        sound->Play(name, true, 0, 0);
-}
-
-} // namespace
-
 void ReportUnlocked(_ZQResponseDialog_tag* response, CRITICAL_SECTION* lock, unsigned int id, int a, int b) {
     if (!response)
         return;
     ZQUnLock unlock(lock);
     response->OnEvent(id, a, b);
-}
-
-MouseStep TrackMouse(ClickState state, bool down, bool left, bool right, bool middle, bool active, bool over,
-                     bool maskPasses) {
-    if (active) {
-        if (over && !state.over && !state.pressed)
-            PlayNamed(state.sound, state.overSound);
-        state.over = over;
-    }
-    if (down && left) {
-        if (!active || !over || !maskPasses)
-            return MouseStep::Nothing;
-        if (!state.pressed)
-            PlayNamed(state.sound, state.clickSound);
-        state.pressed = true;
-        return MouseStep::Press;
-    }
-    if (!down && left) {
-        state.pressed = false;
-        if (!active)
-            return MouseStep::Nothing;
-        if (!over)
-            return MouseStep::ReleaseOutside;
-        return maskPasses ? MouseStep::ReleaseOver : MouseStep::Nothing;
-    }
-    if (down || right || middle || !active || state.pressed)
-        return MouseStep::Nothing;
-    if (!over)
-        return MouseStep::MoveOff;
-    return maskPasses ? MouseStep::MoveOver : MouseStep::MoveOverClear;
 }
 
 } // namespace ZQ

@@ -46,3 +46,15 @@ private:
 };
 
 } // namespace ZQ
+
+/// OnResetDevice and OnLostDevice of a text control: passed to its m_target under its m_lock.
+#define ZQ_TEXT_TARGET_DEVICE(Class)                                                                                  \
+    HRESULT Class::OnResetDevice(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*) {                                  \
+        ZQLock lock(m_lock);                                                                                          \
+        return m_target ? m_target->OnResetDevice() : E_OUTOFMEMORY;                                                  \
+    }                                                                                                                 \
+    void Class::OnLostDevice(void*) {                                                                                 \
+        ZQLock lock(m_lock);                                                                                          \
+        if (m_target)                                                                                                 \
+            m_target->OnLostDevice();                                                                                 \
+    }

@@ -1,5 +1,6 @@
 #include "ZQ/threed/ZQ3DCamera.h"
 #include "ZQ/core/ZQLock.h"
+#include "src/core/ZQLockedAccessors.h"
 
 namespace ZQ {
 namespace _3D {
@@ -24,7 +25,6 @@ ZQ3DCamera::ZQ3DCamera(IDirect3DDevice9* device, const D3DXVECTOR3& position) {
 }
 
 void ZQ3DCamera::Construct(IDirect3DDevice9* device, const D3DXVECTOR3& position) {
-    InitializeCriticalSection(&m_lock);
     m_device = device;
     m_height = m_width = m_aspect = 0.0f;
     m_yaw = m_pitch = m_roll = m_time = 0.0f;
@@ -45,98 +45,63 @@ void ZQ3DCamera::Construct(IDirect3DDevice9* device, const D3DXVECTOR3& position
         backBuffer->Release();
 }
 
-ZQ3DCamera::ZQ3DCamera(const ZQ3DCamera& other) : ZQ3DSpline(other) {
-    InitializeCriticalSection(&m_lock);
-    *this = other;
-}
+ZQ3DCamera::~ZQ3DCamera() = default;
 
-ZQ3DCamera& ZQ3DCamera::operator=(const ZQ3DCamera& other) {
-    if (this == &other)
-        return *this;
-    ZQ3DSpline::operator=(other);
-    m_device = other.m_device;
-    m_height = other.m_height, m_width = other.m_width, m_aspect = other.m_aspect;
-    m_yaw = other.m_yaw, m_pitch = other.m_pitch, m_roll = other.m_roll;
-    m_time = other.m_time;
-    m_action = other.m_action;
-    m_position = other.m_position, m_up = other.m_up, m_look = other.m_look, m_right = other.m_right;
-    return *this;
-}
-
-ZQ3DCamera::~ZQ3DCamera() {
-    DeleteCriticalSection(&m_lock);
-}
-
-#define ZQ_CAMERA_ACCESSORS(type, name, field)                                                                       \
-    void ZQ3DCamera::Set##name(type value) {                                                                          \
-        ZQLock lock(&m_lock);                                                                                         \
-        field = value;                                                                                                \
-    }                                                                                                                 \
-    type ZQ3DCamera::Get##name() {                                                                                    \
-        ZQLock lock(&m_lock);                                                                                         \
-        return field;                                                                                                 \
-    }
-ZQ_CAMERA_ACCESSORS(float, Time, m_time)
-ZQ_CAMERA_ACCESSORS(bool, Action, m_action)
-#undef ZQ_CAMERA_ACCESSORS
+ZQ_LOCKED_ACCESSORS(ZQ3DCamera, float, Time, m_time)
+ZQ_LOCKED_ACCESSORS(ZQ3DCamera, bool, Action, m_action)
 
 void ZQ3DCamera::SetPosition(const D3DXVECTOR3& position) {
-    ZQLock lock(&m_lock);
-    m_position = position;
+    m_lock.Write(m_position, position);
 }
 
 D3DXVECTOR3 ZQ3DCamera::GetPosition() {
-    ZQLock lock(&m_lock);
-    return m_position;
+    return m_lock.Read(m_position);
 }
 
 float ZQ3DCamera::GetYaw() {
-    ZQLock lock(&m_lock);
-    return m_yaw;
+    return m_lock.Read(m_yaw);
 }
 
 float ZQ3DCamera::GetPitch() {
-    ZQLock lock(&m_lock);
-    return m_pitch;
+    return m_lock.Read(m_pitch);
 }
 
 float ZQ3DCamera::GetRoll() {
-    ZQLock lock(&m_lock);
-    return m_roll;
+    return m_lock.Read(m_roll);
 }
 
 void ZQ3DCamera::SetYawPitchRoll(float yaw, float pitch, float roll) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_yaw = yaw, m_pitch = pitch, m_roll = roll;
 }
 
 void ZQ3DCamera::SetYaw(float delta) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_yaw = RestrictAngleTo360Range_NoLock(m_yaw + delta);
 }
 
 void ZQ3DCamera::SetPitch(float delta) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_pitch = RestrictAngleTo360Range_NoLock(m_pitch + delta);
 }
 
 void ZQ3DCamera::SetRoll(float delta) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_roll = RestrictAngleTo360Range_NoLock(m_roll + delta);
 }
 
 void ZQ3DCamera::SetMoveForward(float distance) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_position += m_look * distance;
 }
 
 void ZQ3DCamera::SetMoveRight(float distance) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_position += m_right * distance;
 }
 
 void ZQ3DCamera::SetMoveUp(float distance) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_position += m_up * distance;
 }
 
@@ -154,7 +119,7 @@ float ZQ3DCamera::RestrictAngleTo360Range_NoLock(float angle) {
 }
 
 void ZQ3DCamera::CalculateViewMatrix(D3DXMATRIX* view) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     CalculateViewMatrix_NoLock(view);
 }
 
@@ -176,7 +141,7 @@ void ZQ3DCamera::CalculateViewMatrix_NoLock(D3DXMATRIX* view) {
 }
 
 void ZQ3DCamera::BeginScene(float elapsed) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (isReady() && m_action) {
         m_time += elapsed;
         m_position = ZQ3DSpline::GetPosition(m_time);
@@ -227,7 +192,7 @@ void ZQ3DCamera::BeginScene(float elapsed) {
 }
 
 void ZQ3DCamera::EndScene() {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (!m_device)
         return;
     m_device->SetRenderState(D3DRS_LIGHTING, FALSE);

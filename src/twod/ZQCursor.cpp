@@ -1,5 +1,6 @@
 #include "ZQ/twod/ZQCursor.h"
 #include "ZQ/core/ZQLock.h"
+#include "src/core/ZQLockedAccessors.h"
 #include "ZQ/twod/ZQAnimate.h"
 #include "ZQ/twod/ZQRenderSingle.h"
 #include "ZQ/twod/ZQSprite.h"
@@ -11,18 +12,15 @@ namespace ZQ {
 ZQCursor::ZQCursor(ZQSprite* sprite)
     : m_sprite(sprite), m_animate(nullptr), m_player(nullptr), m_position(0.0f, 0.0f, 0.0f),
       m_overlayColor(1.0f, 1.0f, 1.0f, 1.0f), m_visible(true), m_disabled(false) {
-    InitializeCriticalSection(&m_lock);
 }
 
 ZQCursor::ZQCursor(ZQAnimate* animate)
     : m_sprite(animate ? animate->GetSprite() : nullptr), m_animate(animate),
       m_player(animate ? new (std::nothrow) ZQRenderSingle(animate) : nullptr), m_position(0.0f, 0.0f, 0.0f),
       m_overlayColor(1.0f, 1.0f, 1.0f, 1.0f), m_visible(true), m_disabled(false) {
-    InitializeCriticalSection(&m_lock);
 }
 
 ZQCursor::ZQCursor(const ZQCursor& other) : m_sprite(nullptr), m_animate(nullptr), m_player(nullptr) {
-    InitializeCriticalSection(&m_lock);
     CopyFrom(other);
 }
 
@@ -34,12 +32,11 @@ ZQCursor& ZQCursor::operator=(const ZQCursor& other) {
 
 ZQCursor::~ZQCursor() {
     delete m_player;
-    DeleteCriticalSection(&m_lock);
 }
 
 void ZQCursor::CopyFrom(const ZQCursor& other) {
-    ZQLock lock(&m_lock);
-    ZQLock otherLock(const_cast<CRITICAL_SECTION*>(&other.m_lock));
+    ZQLock lock(m_lock);
+    ZQLock otherLock(const_cast<ZQCriticalSection&>(other.m_lock));
     m_sprite = other.m_sprite;
     if (m_animate != other.m_animate) {
         delete m_player;
@@ -69,7 +66,7 @@ void ZQCursor::StartPlayer() {
 
 void ZQCursor::Entry(ZQRect& area, const wchar_t* normal, const wchar_t* pressed, const wchar_t* right,
                      const wchar_t* middle, const wchar_t* side1, const wchar_t* side2) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_area = area;
     m_current = normal;
     m_normal = normal;
@@ -90,34 +87,18 @@ void ZQCursor::Entry(ZQRect& area, const wchar_t* normal, const wchar_t* pressed
 }
 
 void ZQCursor::SetSprite(const wchar_t* overlay, D3DXCOLOR& color) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     m_overlay = overlay;
     m_overlayColor = color;
 }
 
-void ZQCursor::SetVisible(bool visible) {
-    ZQLock lock(&m_lock);
-    m_visible = visible;
-}
+ZQ_LOCKED_ACCESSORS(ZQCursor, bool, Visible, m_visible)
 
-bool ZQCursor::GetVisible() {
-    ZQLock lock(&m_lock);
-    return m_visible;
-}
-
-void ZQCursor::SetDisable(bool disable) {
-    ZQLock lock(&m_lock);
-    m_disabled = disable;
-}
-
-bool ZQCursor::GetDisable() {
-    ZQLock lock(&m_lock);
-    return m_disabled;
-}
+ZQ_LOCKED_ACCESSORS(ZQCursor, bool, Disable, m_disabled)
 
 void ZQCursor::OnMouse(bool buttonDown, bool left, bool right, bool middle, bool side1, bool side2, int, int x,
                        int y, void*) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (m_disabled)
         return;
     m_position = D3DXVECTOR3(static_cast<float>(x), static_cast<float>(y), 0.0f);
@@ -147,7 +128,7 @@ void ZQCursor::OnMouse(bool buttonDown, bool left, bool right, bool middle, bool
 }
 
 void ZQCursor::OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context) {
-    ZQLock lock(&m_lock);
+    ZQLock lock(m_lock);
     if (!m_visible || m_disabled || !m_sprite)
         return;
     if (!m_overlay.empty())

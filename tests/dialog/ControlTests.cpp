@@ -6,20 +6,11 @@
 #include <memory>
 
 using twodtest::App;
-using twodtest::BackBufferPixel;
 using twodtest::BeginFrame;
-using twodtest::Device;
 using twodtest::EndFrame;
-using twodtest::LitPixels;
-using twodtest::Near;
-using ZQ::ZQDialog;
-using ZQ::ZQRect;
 using namespace dialogtest;
 
 namespace {
-
-const D3DCOLOR kDigitColours[10] = {0xFF400000, 0xFF800000, 0xFFC00000, 0xFF004000, 0xFF008000,
-                                    0xFF00C000, 0xFF000040, 0xFF000080, 0xFF0000C0, 0xFF808080};
 
 // The bounding box of the lit pixels inside r.
 RECT LitBox(const RECT& r) {
@@ -53,14 +44,8 @@ protected:
         sprite = new ZQ::ZQSprite(Device());
         AddPicture(*sprite, L"bar", D3DCOLOR_XRGB(255, 0, 0));
         AddPicture(*sprite, L"marker", D3DCOLOR_XRGB(0, 255, 0), false, 8);
-        for (int i = 0; i < 10; ++i) {
-            wchar_t name[8];
-            swprintf(name, 8, L"d%02d", i);
-            AddPicture(*sprite, name, kDigitColours[i], false, 8);
-        }
-        // The edit box's room is counted in this width: 10 pixels a character.
-        D3DXCreateFontW(Device(), 20, 10, FW_BOLD, 1, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, DEFAULT_QUALITY,
-                        DEFAULT_PITCH, L"Arial", &font);
+        AddDigits(*sprite, L"d");
+        font = MakeFont();
         D3DDEVICE_CREATION_PARAMETERS parameters;
         Device()->GetCreationParameters(&parameters);
         window = parameters.hFocusWindow;

@@ -11,6 +11,13 @@
 
 namespace dialogtest {
 
+using twodtest::BackBufferPixel;
+using twodtest::Device;
+using twodtest::LitPixels;
+using twodtest::Near;
+using ZQ::ZQDialog;
+using ZQ::ZQRect;
+
 inline std::wstring TempFile(const wchar_t* name) {
     wchar_t folder[MAX_PATH];
     GetTempPathW(MAX_PATH, folder);
@@ -40,6 +47,40 @@ inline void AddPicture(ZQ::ZQSprite& sprite, const wchar_t* name, D3DCOLOR colou
     ASSERT_EQ(D3DXSaveTextureToFileW(file.c_str(), D3DXIFF_PNG, texture, nullptr), S_OK);
     texture->Release();
     sprite.Entry(name, file.c_str(), false);
+}
+
+const D3DCOLOR kRed = D3DCOLOR_XRGB(255, 0, 0), kGreen = D3DCOLOR_XRGB(0, 255, 0), kBlue = D3DCOLOR_XRGB(0, 0, 255),
+               kWhite = D3DCOLOR_XRGB(255, 255, 255), kBlack = D3DCOLOR_XRGB(0, 0, 0),
+               kGrey = D3DCOLOR_XRGB(128, 128, 128), kYellow = D3DCOLOR_XRGB(255, 255, 0),
+               kCyan = D3DCOLOR_XRGB(0, 255, 255);
+const D3DCOLOR kDigitColours[10] = {0xFF400000, 0xFF800000, 0xFFC00000, 0xFF004000, 0xFF008000,
+                                    0xFF00C000, 0xFF000040, 0xFF000080, 0xFF0000C0, 0xFF808080};
+
+// A control's four pictures and a check mark: red, green, blue and white, and yellow with a hole.
+inline void AddControlPictures(ZQ::ZQSprite& sprite, const wchar_t* normal, const wchar_t* second, const wchar_t* over,
+                               const wchar_t* disabled, const wchar_t* mark) {
+    AddPicture(sprite, normal, kRed);
+    AddPicture(sprite, second, kGreen);
+    AddPicture(sprite, over, kBlue);
+    AddPicture(sprite, disabled, kWhite);
+    AddPicture(sprite, mark, kYellow, true);
+}
+
+// Ten 8 x 8 digits prefix00 to prefix09 in kDigitColours.
+inline void AddDigits(ZQ::ZQSprite& sprite, const wchar_t* prefix) {
+    for (int i = 0; i < 10; ++i) {
+        wchar_t name[16];
+        swprintf(name, 16, L"%ls%02d", prefix, i);
+        AddPicture(sprite, name, kDigitColours[i], false, 8);
+    }
+}
+
+// A bold font whose characters are 10 pixels wide: an edit box's room is counted in them.
+inline ID3DXFont* MakeFont() {
+    ID3DXFont* font = nullptr;
+    D3DXCreateFontW(twodtest::Device(), 20, 10, FW_BOLD, 1, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                    DEFAULT_QUALITY, DEFAULT_PITCH, L"Arial", &font);
+    return font;
 }
 
 // Opens the window's input method in native mode (letters go to the composition) or alphanumeric mode.

@@ -1,31 +1,91 @@
 // Dialogs driven with the frame's mouse reports: events, pictures drawn and sounds played.
 #include "dialog/DialogTestSupport.h"
 
-using twodtest::BackBufferPixel;
+#include <memory>
+#include <type_traits>
+
 using twodtest::BeginFrame;
-using twodtest::Device;
 using twodtest::EndFrame;
-using twodtest::Near;
-using ZQ::ZQDialog;
 using namespace dialogtest;
 
 namespace {
 
-const D3DCOLOR kRed = D3DCOLOR_XRGB(255, 0, 0), kGreen = D3DCOLOR_XRGB(0, 255, 0), kBlue = D3DCOLOR_XRGB(0, 0, 255),
-               kWhite = D3DCOLOR_XRGB(255, 255, 255), kBlack = D3DCOLOR_XRGB(0, 0, 0), kGrey = D3DCOLOR_XRGB(128, 128, 128),
-               kYellow = D3DCOLOR_XRGB(255, 255, 0);
+// The six clickable controls. Added to an animation dialog with id 1 and 32 pixels square at a corner, the
+// sprite forms show the test pictures (the check mark for the second), the animated forms play the
+// animations of narrow.am, which draw "quad". Pixel-exact ones take "holed" (or another chunk) as their
+// normal picture or mask. A radio button is the first of its group, so it starts selected.
+enum class Kind { Button, CheckBox, Radio, AniButton, AniCheckBox, AniRadio };
+const Kind kKinds[] = {Kind::Button, Kind::CheckBox, Kind::Radio, Kind::AniButton, Kind::AniCheckBox, Kind::AniRadio};
+
+const char* Name(Kind kind) {
+    const char* const names[] = {"button", "check box", "radio button", "ani-button", "ani-check-box",
+                                 "ani-radio button"};
+    return names[static_cast<int>(kind)];
+}
+
+bool Animated(Kind kind) {
+    return kind >= Kind::AniButton;
+}
+
+// Without a mask normal names the sprite forms' normal picture; size 0 gives the animated forms no area.
+void Add(ZQDialog& dialog, Kind kind, const D3DXVECTOR3& corner, const wchar_t* mask = nullptr,
+         const wchar_t* normal = L"normal", float size = 32.0f, unsigned int id = 1) {
+    D3DXVECTOR3 at = corner;
+    ZQ::ZQRect rect(at.x, at.y, at.x + size, at.y + size);
+    if (mask)
+        normal = mask;
+    switch (kind) {
+    case Kind::Button:
+        return dialog.AddButton(id, normal, L"pressed", L"over", L"disabled", at, mask != nullptr);
+    case Kind::CheckBox:
+        return dialog.AddCheckBox(id, normal, L"mark", L"over", L"disabled", at, mask != nullptr);
+    case Kind::Radio:
+        return dialog.AddRadioButton(id, 1, normal, L"pressed", L"over", L"disabled", at, false, mask != nullptr);
+    case Kind::AniButton:
+        return dialog.AddAniButton(id, L"blink", L"move", L"tinted", L"blink", rect, mask);
+    case Kind::AniCheckBox:
+        return dialog.AddAniCheckBox(id, L"blink", L"move", L"tinted", L"blink", rect, mask);
+    case Kind::AniRadio:
+        return dialog.AddAniRadioButton(id, 1, L"blink", L"move", L"tinted", L"blink", rect, false, mask);
+    }
+}
+
+// Calls visit with the control of id 1 of that kind.
+template <typename Visit> auto On(ZQDialog& dialog, Kind kind, Visit visit) {
+    switch (kind) {
+    case Kind::Button:
+        return visit(dialog.GetButton(1));
+    case Kind::CheckBox:
+        return visit(dialog.GetCheckBox(1));
+    case Kind::Radio:
+        return visit(dialog.GetRadioButton(1));
+    case Kind::AniButton:
+        return visit(dialog.GetAniButton(1));
+    case Kind::AniCheckBox:
+        return visit(dialog.GetAniCheckBox(1));
+    default:
+        return visit(dialog.GetAniRadioButton(1));
+    }
+}
+
+// Radio buttons have no sound, name or visibility setters.
+template <typename Control>
+constexpr bool kHasLooks = !std::is_same_v<Control, ZQ::ZQDialogRadioButton*> &&
+                           !std::is_same_v<Control, ZQ::ZQDialogAniRadioButton*>;
+bool HasLooks(Kind kind) {
+    return kind != Kind::Radio && kind != Kind::AniRadio;
+}
 
 class DialogTest : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
         sprite = new ZQ::ZQSprite(Device());
-        AddPicture(*sprite, L"normal", kRed);
-        AddPicture(*sprite, L"pressed", kGreen);
-        AddPicture(*sprite, L"over", kBlue);
-        AddPicture(*sprite, L"disabled", kWhite);
+        AddControlPictures(*sprite, L"normal", L"pressed", L"over", L"disabled", L"mark");
         AddPicture(*sprite, L"holed", kRed, true);
-        AddPicture(*sprite, L"mark", kYellow, true);
+        AddPicture(*sprite, L"quad", kCyan); // what the animations draw
         sprite->Entry(twodtest::Data(L"pics.om").c_str());
+        animate = new ZQ::ZQAnimate(sprite);
+        animate->Entry(twodtest::Data(L"anim\\narrow.am").c_str());
         D3DDEVICE_CREATION_PARAMETERS parameters;
         Device()->GetCreationParameters(&parameters);
         window = parameters.hFocusWindow;
@@ -35,6 +95,7 @@ protected:
     }
     static void TearDownTestSuite() {
         delete sound;
+        delete animate;
         delete sprite;
     }
     void SetUp() override { sound->Stop(); }
@@ -57,6 +118,7 @@ protected:
     }
 
     static ZQ::ZQSprite* sprite;
+    static ZQ::ZQAnimate* animate;
     static ZQ::ZQSound* sound;
     static HWND window;
     Recorder recorder;
@@ -64,138 +126,259 @@ protected:
 };
 
 ZQ::ZQSprite* DialogTest::sprite = nullptr;
+ZQ::ZQAnimate* DialogTest::animate = nullptr;
 ZQ::ZQSound* DialogTest::sound = nullptr;
 HWND DialogTest::window = nullptr;
 
 } // namespace
 
-TEST_F(DialogTest, AButtonReportsAReleaseOverItWhereverThePressWas) {
+TEST_F(DialogTest, AClickableControlReportsAReleaseOverItWhereverThePressWas) {
+    // What the sprite button, check box and radio button show at (116, 76) afterwards: the check box's
+    // mark (opaque there) toggles at a press over it; the radio button, selected as the first of its
+    // group, stays pressed and rests on its selected picture.
     struct Case {
         const char* name;
         std::vector<std::pair<char, POINT>> reports;
         size_t events;
-        D3DCOLOR picture;
+        D3DCOLOR pictures[3];
     } cases[] = {
-        {"press inside, move out, release outside", {{'d', {110, 70}}, {'m', {300, 200}}, {'u', {300, 200}}}, 0, kRed},
-        {"press outside, move in, release inside", {{'d', {10, 10}}, {'m', {120, 80}}, {'u', {120, 80}}}, 1, kBlue},
-        {"move over", {{'m', {131, 91}}}, 0, kBlue},
-        {"press over", {{'m', {110, 70}}, {'d', {110, 70}}}, 0, kGreen},
-        {"right button down", {{'m', {10, 10}}, {'r', {110, 70}}}, 0, kRed},
+        {"press inside, move out, release outside",
+         {{'d', {110, 70}}, {'m', {300, 200}}, {'u', {300, 200}}},
+         0,
+         {kRed, kYellow, kGreen}},
+        {"press outside, move in, release inside",
+         {{'d', {10, 10}}, {'m', {120, 80}}, {'u', {120, 80}}},
+         1,
+         {kBlue, kBlue, kGreen}},
+        {"move over", {{'m', {131, 91}}}, 0, {kBlue, kBlue, kGreen}},
+        {"press over", {{'m', {110, 70}}, {'d', {110, 70}}}, 0, {kGreen, kYellow, kGreen}},
+        {"right button down", {{'m', {10, 10}}, {'r', {110, 70}}}, 0, {kRed, kRed, kGreen}},
     };
-    for (const Case& c : cases) {
-        ZQDialog dialog(sprite, sound, &recorder);
-        dialog.AddButton(7, L"normal", L"pressed", L"over", L"disabled", at, false);
-        recorder.events.clear();
-        for (const auto& r : c.reports)
-            Report(dialog, r.first, r.second.x, r.second.y);
-        ASSERT_EQ(recorder.events.size(), c.events) << c.name;
-        if (c.events) {
-            EXPECT_EQ(recorder.events[0].id, 7u);
-            EXPECT_EQ(recorder.events[0].a, c.reports.back().second.x);
-            EXPECT_EQ(recorder.events[0].b, c.reports.back().second.y);
+    for (Kind kind : kKinds)
+        for (const Case& c : cases) {
+            ZQDialog dialog(animate, sound, &recorder);
+            Add(dialog, kind, at);
+            recorder.events.clear();
+            for (const auto& r : c.reports)
+                Report(dialog, r.first, r.second.x, r.second.y);
+            ASSERT_EQ(recorder.events.size(), c.events) << Name(kind) << ": " << c.name;
+            if (c.events) {
+                EXPECT_EQ(recorder.events[0].id, 1u);
+                EXPECT_EQ(recorder.events[0].a, c.reports.back().second.x);
+                EXPECT_EQ(recorder.events[0].b, c.reports.back().second.y);
+            }
+            if (!Animated(kind)) {
+                EXPECT_TRUE(Near(Shown(dialog, 116, 76), c.pictures[static_cast<int>(kind)], 3))
+                    << Name(kind) << ": " << c.name << std::hex << " " << Shown(dialog, 116, 76);
+            }
         }
-        EXPECT_TRUE(Near(Shown(dialog, 116, 76), c.picture, 3)) << c.name << std::hex << " " << Shown(dialog, 116, 76);
-    }
 }
 
-TEST_F(DialogTest, PixelExactButtonsIgnoreTransparentPixelsOfOwnAndSharedTextures) {
+TEST_F(DialogTest, PixelExactControlsIgnoreTransparentPixelsOfOwnAndSharedTextures) {
     // "holed" has a texture of its own; chunk_b of the packed file lies in a shared atlas and has a
     // transparent border of 2 columns left, 4 right, 3 rows at the top and 1 at the bottom.
-    D3DXVECTOR3 second(200.0f, 100.0f, 0.0f);
-    ZQDialog dialog(sprite, sound, &recorder);
-    dialog.AddButton(1, L"holed", L"pressed", L"over", L"disabled", at, true);
-    dialog.AddButton(2, L"chunk_b", L"pressed", L"over", L"disabled", second, true);
-    dialog.GetButton(1)->SetSound(L"click", L"hover");
-    struct Case {
+    struct Point {
         int x, y;
         bool hit;
-    } cases[] = {{105, 70, false}, {120, 70, true}, {201, 110, false}, {210, 101, false},
-                 {210, 108, true}, {229, 108, false}, {210, 115, false}};
-    for (const Case& c : cases) {
-        recorder.events.clear();
-        Report(dialog, 'm', c.x, c.y);
-        Click(dialog, c.x, c.y);
-        EXPECT_EQ(recorder.events.size(), c.hit ? 1u : 0u) << c.x << ", " << c.y;
-        Report(dialog, 'm', 0, 0);
-    }
+    };
+    const std::vector<Point> holed = {{105, 70, false}, {120, 70, true}};
+    const std::vector<Point> shared = {
+        {201, 110, false}, {210, 101, false}, {210, 108, true}, {229, 108, false}, {210, 115, false}};
+    struct Mask {
+        const wchar_t* chunk;
+        D3DXVECTOR3 corner;
+        const std::vector<Point>& points;
+    } masks[] = {{L"holed", at, holed}, {L"chunk_b", D3DXVECTOR3(200.0f, 100.0f, 0.0f), shared}};
+    for (Kind kind : kKinds)
+        for (const Mask& mask : masks) {
+            ZQDialog dialog(animate, sound, &recorder);
+            Add(dialog, kind, mask.corner, mask.chunk);
+            for (const Point& p : mask.points) {
+                recorder.events.clear();
+                Report(dialog, 'm', p.x, p.y);
+                Click(dialog, p.x, p.y);
+                EXPECT_EQ(recorder.events.size(), p.hit ? 1u : 0u) << Name(kind) << " at " << p.x << ", " << p.y;
+                Report(dialog, 'm', 0, 0);
+            }
+        }
     // Over a transparent pixel the picture stays normal, yet the hover sound plays on entering.
-    sound->Stop();
-    Report(dialog, 'm', 105, 70);
-    EXPECT_TRUE(dialog.GetButton(1)->GetOvered());
-    EXPECT_TRUE(sound->isPlay(L"hover"));
-    EXPECT_TRUE(Near(Shown(dialog, 120, 70), kRed, 3));
-    Report(dialog, 'd', 105, 70);
-    EXPECT_FALSE(sound->isPlay(L"click"));
+    for (Kind kind : kKinds) {
+        if (!HasLooks(kind))
+            continue;
+        ZQDialog dialog(animate, sound, &recorder);
+        Add(dialog, kind, at, L"holed");
+        On(dialog, kind, [](auto* control) {
+            if constexpr (kHasLooks<decltype(control)>)
+                control->SetSound(L"click", L"hover");
+        });
+        sound->Stop();
+        Report(dialog, 'm', 105, 70);
+        EXPECT_TRUE(On(dialog, kind, [](auto* control) {
+            if constexpr (kHasLooks<decltype(control)>)
+                return control->GetOvered();
+            return false;
+        })) << Name(kind);
+        EXPECT_TRUE(sound->isPlay(L"hover")) << Name(kind);
+        if (!Animated(kind)) {
+            EXPECT_TRUE(Near(Shown(dialog, 120, 70), kRed, 3)) << Name(kind);
+        }
+        Report(dialog, 'd', 105, 70);
+        EXPECT_FALSE(sound->isPlay(L"click")) << Name(kind);
+    }
 }
 
 TEST_F(DialogTest, ClickAndHoverSounds) {
-    ZQDialog dialog(sprite, sound, &recorder);
-    dialog.AddButton(1, L"normal", L"pressed", L"over", L"disabled", at, false);
-    dialog.GetButton(1)->SetSound(L"click", nullptr);
-    Report(dialog, 'm', 110, 70);
-    EXPECT_FALSE(sound->isPlay(L"hover")) << "no over sound set";
-    dialog.GetButton(1)->SetSound(nullptr, L"hover");
-    Report(dialog, 'd', 110, 70);
-    EXPECT_TRUE(sound->isPlay(L"click"));
-    // Leaving and coming back while pressed plays no over sound.
-    Report(dialog, 'm', 300, 200);
-    sound->Stop();
-    Report(dialog, 'm', 110, 70);
-    EXPECT_FALSE(sound->isPlay(L"hover"));
-    Report(dialog, 'u', 300, 200);
-    Report(dialog, 'm', 110, 70);
-    EXPECT_TRUE(sound->isPlay(L"hover")) << "released, the next entry plays it";
+    for (Kind kind : kKinds) {
+        if (!HasLooks(kind))
+            continue;
+        ZQDialog dialog(animate, sound, &recorder);
+        Add(dialog, kind, at);
+        auto setSound = [&](const wchar_t* click, const wchar_t* over) {
+            On(dialog, kind, [&](auto* control) {
+                if constexpr (kHasLooks<decltype(control)>)
+                    control->SetSound(click, over);
+            });
+        };
+        sound->Stop();
+        setSound(L"click", nullptr);
+        Report(dialog, 'm', 110, 70);
+        EXPECT_FALSE(sound->isPlay(L"hover")) << Name(kind) << ": no over sound set";
+        setSound(nullptr, L"hover");
+        Report(dialog, 'd', 110, 70);
+        EXPECT_TRUE(sound->isPlay(L"click")) << Name(kind);
+        // Leaving and coming back while pressed plays no over sound.
+        Report(dialog, 'm', 300, 200);
+        sound->Stop();
+        Report(dialog, 'm', 110, 70);
+        EXPECT_FALSE(sound->isPlay(L"hover")) << Name(kind);
+        Report(dialog, 'u', 300, 200);
+        Report(dialog, 'm', 110, 70);
+        EXPECT_TRUE(sound->isPlay(L"hover")) << Name(kind) << ": released, the next entry plays it";
+    }
 }
 
-TEST_F(DialogTest, DisabledButtonsShowTheirPictureAtHalfAlphaAndStaySilent) {
-    ZQDialog dialog(sprite, sound, &recorder);
-    dialog.AddButton(1, L"normal", L"pressed", L"over", L"disabled", at, false);
-    ZQ::ZQDialogButton* button = dialog.GetButton(1);
-    button->SetDisable(true);
-    button->SetSprite(L"normal", L"pressed", L"over", L"pressed");
-    button->SetDisable(true);
-    EXPECT_TRUE(Near(Shown(dialog, 116, 76), kGrey, 4)) << "the second call changed nothing";
-    Click(dialog, 116, 76);
-    EXPECT_TRUE(recorder.events.empty());
-    EXPECT_TRUE(Near(Shown(dialog, 116, 76), kGrey, 4));
-    dialog.SetDisable(false);
-    EXPECT_TRUE(Near(Shown(dialog, 116, 76), kRed, 3));
+TEST_F(DialogTest, DisabledControlsShowTheirPictureAtHalfAlphaAndStaySilent) {
+    // Enabled again, the sprite button and check box show normal, the selected radio button selected.
+    const D3DCOLOR enabled[3] = {kRed, kRed, kGreen};
+    for (Kind kind : kKinds) {
+        ZQDialog dialog(animate, sound, &recorder);
+        Add(dialog, kind, at);
+        const wchar_t* const names[] = {L"normal", kind == Kind::CheckBox ? L"mark" : L"pressed", L"over", L"pressed"};
+        On(dialog, kind, [&](auto* control) {
+            control->SetDisable(true);
+            if constexpr (kHasLooks<decltype(control)>)
+                if (!Animated(kind))
+                    control->SetSprite(names[0], names[1], names[2], names[3]);
+            control->SetDisable(true);
+        });
+        recorder.events.clear();
+        if (!Animated(kind)) {
+            EXPECT_TRUE(Near(Shown(dialog, 116, 76), kGrey, 4)) << Name(kind) << ": the second call changed nothing";
+        }
+        Click(dialog, 116, 76);
+        EXPECT_TRUE(recorder.events.empty()) << Name(kind);
+        EXPECT_TRUE(On(dialog, kind, [](auto* control) { return control->GetDisable(); })) << Name(kind);
+        if (Animated(kind))
+            continue;
+        EXPECT_TRUE(Near(Shown(dialog, 116, 76), kGrey, 4)) << Name(kind);
+        dialog.SetDisable(false);
+        EXPECT_TRUE(Near(Shown(dialog, 116, 76), enabled[static_cast<int>(kind)], 3)) << Name(kind);
+    }
 }
 
 TEST_F(DialogTest, AHandlerMayCallTheControlFromAnotherThread) {
-    ZQDialog dialog(sprite, sound, &recorder);
-    dialog.AddButton(1, L"normal", L"pressed", L"over", L"disabled", at, false);
-    ZQ::ZQDialogButton* button = dialog.GetButton(1);
-    DWORD waited = WAIT_FAILED;
-    recorder.onEvent = [&](unsigned int) {
-        HANDLE thread = CreateThread(
-            nullptr, 0, [](void* b) -> DWORD { static_cast<ZQ::ZQDialogButton*>(b)->SetDisable(true); return 0; },
-            button, 0, nullptr);
-        waited = WaitForSingleObject(thread, 5000);
-        CloseHandle(thread);
-    };
-    Click(dialog, 110, 70);
-    EXPECT_EQ(waited, WAIT_OBJECT_0) << "the control's lock is released around OnEvent";
-    EXPECT_TRUE(button->GetDisable());
+    for (Kind kind : kKinds) {
+        ZQDialog dialog(animate, sound, &recorder);
+        Add(dialog, kind, at);
+        // Found before the click: a lookup would wait for the dialog's lock, which the click holds.
+        std::function<void()> disable =
+            On(dialog, kind, [](auto* control) { return std::function<void()>([control] { control->SetDisable(true); }); });
+        DWORD waited = WAIT_FAILED;
+        recorder.onEvent = [&](unsigned int) {
+            HANDLE thread = CreateThread(
+                nullptr, 0, [](void* f) -> DWORD { (*static_cast<std::function<void()>*>(f))(); return 0; },
+                &disable, 0, nullptr);
+            waited = WaitForSingleObject(thread, 5000);
+            CloseHandle(thread);
+        };
+        Click(dialog, 110, 70);
+        EXPECT_EQ(waited, WAIT_OBJECT_0) << Name(kind) << ": the control's lock is released around OnEvent";
+        EXPECT_TRUE(On(dialog, kind, [](auto* control) { return control->GetDisable(); })) << Name(kind);
+    }
 }
 
 TEST_F(DialogTest, CheckBoxesToggleAtThePressAndReportAtTheRelease) {
-    ZQDialog dialog(sprite, sound, &recorder);
-    dialog.AddCheckBox(3, L"normal", L"mark", L"over", L"disabled", at, false);
-    ZQ::ZQDialogCheckBox* box = dialog.GetCheckBox(3);
-    bool seen = false;
-    recorder.onEvent = [&](unsigned int) { seen = box->GetChecked(); };
-    Report(dialog, 'd', 110, 70);
-    Report(dialog, 'u', 300, 200);
-    EXPECT_TRUE(box->GetChecked()) << "toggled at the press";
-    EXPECT_TRUE(recorder.events.empty()) << "released outside";
-    // Box and mark are two layers: the mark's transparent left half shows the box.
-    EXPECT_TRUE(Near(Shown(dialog, 104, 64), kRed, 3));
-    EXPECT_TRUE(Near(Shown(dialog, 124, 64), kYellow, 3));
-    Click(dialog, 110, 70);
-    ASSERT_EQ(recorder.events.size(), 1u);
-    EXPECT_FALSE(seen) << "the handler reads the new state";
-    EXPECT_TRUE(Near(Shown(dialog, 124, 64), kBlue, 3)) << "unchecked, box over";
+    for (Kind kind : {Kind::CheckBox, Kind::AniCheckBox}) {
+        ZQDialog dialog(animate, sound, &recorder);
+        Add(dialog, kind, at);
+        ZQ::ZQDialogCheckBox* box = dialog.GetCheckBox(1);
+        ZQ::ZQDialogAniCheckBox* aniBox = dialog.GetAniCheckBox(1);
+        auto checked = [&] { return box ? box->GetChecked() : aniBox->GetChecked(); };
+        bool seen = false;
+        recorder.events.clear();
+        recorder.onEvent = [&](unsigned int) { seen = checked(); };
+        Report(dialog, 'd', 110, 70);
+        Report(dialog, 'u', 300, 200);
+        EXPECT_TRUE(checked()) << Name(kind) << ": toggled at the press";
+        EXPECT_TRUE(recorder.events.empty()) << Name(kind) << ": released outside";
+        // Box and mark are two layers: the mark's transparent left half shows the box.
+        if (!Animated(kind)) {
+            EXPECT_TRUE(Near(Shown(dialog, 104, 64), kRed, 3));
+            EXPECT_TRUE(Near(Shown(dialog, 124, 64), kYellow, 3));
+        }
+        Click(dialog, 110, 70);
+        ASSERT_EQ(recorder.events.size(), 1u) << Name(kind);
+        EXPECT_FALSE(seen) << Name(kind) << ": the handler reads the new state";
+        if (!Animated(kind)) {
+            EXPECT_TRUE(Near(Shown(dialog, 124, 64), kBlue, 3)) << "unchecked, box over";
+        }
+        recorder.onEvent = nullptr;
+    }
+}
+
+TEST_F(DialogTest, ACopyHasItsOwnLockMaskAndPlayerAndOutlivesItsOriginal) {
+    D3DXVECTOR3 elsewhere(200.0f, 100.0f, 0.0f);
+    for (Kind kind : kKinds) {
+        auto dialog = std::make_unique<ZQDialog>(animate, sound, &recorder);
+        auto silent = std::make_unique<ZQDialog>(animate, sound, &recorder);
+        Add(*dialog, kind, at, L"holed");
+        Add(*silent, kind, elsewhere);
+        On(*dialog, kind, [&](auto* original) {
+            using Control = std::remove_pointer_t<decltype(original)>;
+            if constexpr (kHasLooks<Control*>)
+                original->SetSound(L"click", nullptr);
+            std::unique_ptr<Control> copy(new Control(*original));
+            dialog.reset(); // the original, its mask and its player go
+            *copy = *copy;
+            BeginFrame();
+            copy->OnFrameRender(Device(), 0.0, 0.05f, nullptr);
+            EndFrame();
+            EXPECT_GT(twodtest::LitPixels(RECT{116, 60, 132, 92}), 0) << Name(kind) << ": the copy draws";
+            recorder.events.clear();
+            sound->Stop();
+            for (int x : {105, 120}) { // a transparent pixel of the mask, then an opaque one
+                copy->OnMouse(true, true, false, false, false, false, 0, x, 70, nullptr);
+                copy->OnMouse(false, true, false, false, false, false, 0, x, 70, nullptr);
+            }
+            ASSERT_EQ(recorder.events.size(), 1u) << Name(kind) << ": the copy clicks through its own mask";
+            EXPECT_EQ(recorder.events[0].a, 120);
+            EXPECT_EQ(sound->isPlay(L"click"), HasLooks(kind)) << Name(kind);
+
+            // Assigned a control without sounds, it has none either: empty names are copied too.
+            On(*silent, kind, [&](auto* other) {
+                if constexpr (std::is_same_v<decltype(other), Control*>)
+                    *copy = *other;
+            });
+            silent.reset();
+            sound->Stop();
+            copy->OnMouse(true, true, false, false, false, false, 0, 210, 110, nullptr);
+            EXPECT_FALSE(sound->isPlay(L"click")) << Name(kind);
+            BeginFrame();
+            copy->OnFrameRender(Device(), 0.0, 0.05f, nullptr);
+            EndFrame();
+            EXPECT_GT(twodtest::LitPixels(RECT{200, 100, 232, 132}), 0) << Name(kind) << ": drawn where assigned";
+        });
+    }
 }
 
 TEST_F(DialogTest, RadioGroupsKeepOneSelection) {
@@ -395,51 +578,40 @@ TEST_F(DialogTest, AnimationDialogsHoldAnimatedControls) {
 }
 
 TEST_F(DialogTest, AControlWhosePictureIsUnknownIsNeverHit) {
-    // An unknown chunk leaves an all-zero hit rectangle; so does an animated control given no area.
-    ZQ::ZQSprite art(Device());
-    art.Entry(twodtest::Data(L"sprites.te").c_str());
-    ZQ::ZQAnimate animate(&art);
-    animate.Entry(twodtest::Data(L"anim\\narrow.am").c_str());
-    D3DXVECTOR3 at(40, 40, 0), known(100, 60, 0);
-    ZQ::ZQRect none(0.0f, 0.0f, 0.0f, 0.0f), area(100.0f, 60.0f, 132.0f, 92.0f);
-    struct Case {
-        const char* name;
-        std::function<void(ZQDialog&)> add;
-        std::function<bool(ZQDialog&)> changed; // besides events
-    } cases[] = {
-        {"button", [&](ZQDialog& d) { d.AddButton(1, L"missing", L"quad", L"quad", L"quad", at, false); },
-         [](ZQDialog& d) { return d.GetButton(1)->GetOvered(); }},
-        {"pixel-exact button", [&](ZQDialog& d) { d.AddButton(1, L"missing", L"quad", L"quad", L"quad", at, true); },
-         [](ZQDialog& d) { return d.GetButton(1)->GetOvered(); }},
-        {"check box", [&](ZQDialog& d) { d.AddCheckBox(1, L"missing", L"quad", L"quad", L"quad", at, false); },
-         [](ZQDialog& d) { return d.GetCheckBox(1)->GetChecked() || d.GetCheckBox(1)->GetOvered(); }},
-        {"radio button",
-         [&](ZQDialog& d) {
-             d.AddRadioButton(2, 5, L"quad", L"quad", L"quad", L"quad", known, false, false);
-             d.AddRadioButton(1, 5, L"missing", L"quad", L"quad", L"quad", at, false, false);
-         },
-         [](ZQDialog& d) { return d.GetRadioButton(1)->GetSelect() || !d.GetRadioButton(2)->GetSelect(); }},
-        {"ani-button", [&](ZQDialog& d) { d.AddAniButton(1, L"blink", L"move", L"tinted", L"blink", none, nullptr); },
-         [](ZQDialog& d) { return d.GetAniButton(1)->GetOvered(); }},
-        {"ani-check-box",
-         [&](ZQDialog& d) { d.AddAniCheckBox(1, L"blink", L"move", L"tinted", L"blink", none, nullptr); },
-         [](ZQDialog& d) { return d.GetAniCheckBox(1)->GetChecked() || d.GetAniCheckBox(1)->GetOvered(); }},
-        {"ani-radio button",
-         [&](ZQDialog& d) {
-             d.AddAniRadioButton(2, 5, L"blink", L"move", L"tinted", L"blink", area, false, nullptr);
-             d.AddAniRadioButton(1, 5, L"blink", L"move", L"tinted", L"blink", none, false, nullptr);
-         },
-         [](ZQDialog& d) { return d.GetAniRadioButton(1)->GetSelect() || !d.GetAniRadioButton(2)->GetSelect(); }},
-    };
-    for (const Case& c : cases) {
-        ZQDialog dialog(&animate, sound, &recorder);
-        c.add(dialog);
-        recorder.events.clear();
-        Report(dialog, 'm', 0, 0);
-        Click(dialog, 0, 0);
-        EXPECT_TRUE(recorder.events.empty()) << c.name;
-        EXPECT_FALSE(c.changed(dialog)) << c.name;
-    }
+    // An unknown chunk leaves an all-zero hit rectangle, pixel-exact or not; so does an animated control
+    // given no area. A radio button joins a group whose first member, selected, lies elsewhere.
+    const D3DXVECTOR3 origin(0.0f, 0.0f, 0.0f), elsewhere(100.0f, 60.0f, 0.0f), at(40.0f, 40.0f, 0.0f);
+    for (Kind kind : kKinds)
+        for (const wchar_t* mask : {static_cast<const wchar_t*>(nullptr), L"missing"}) {
+            ZQDialog dialog(animate, sound, &recorder);
+            if (!HasLooks(kind))
+                Add(dialog, kind, elsewhere, nullptr, L"normal", 32.0f, 2);
+            if (Animated(kind))
+                Add(dialog, kind, origin, mask, nullptr, 0.0f);
+            else
+                Add(dialog, kind, at, mask, L"missing");
+            recorder.events.clear();
+            Report(dialog, 'm', 0, 0);
+            Click(dialog, 0, 0);
+            EXPECT_TRUE(recorder.events.empty()) << Name(kind);
+            const bool changed = On(dialog, kind, [](auto* control) {
+                using Control = std::remove_pointer_t<decltype(control)>;
+                if constexpr (std::is_same_v<Control, ZQ::ZQDialogCheckBox> ||
+                              std::is_same_v<Control, ZQ::ZQDialogAniCheckBox>)
+                    return control->GetChecked() || control->GetOvered();
+                else if constexpr (kHasLooks<Control*>)
+                    return control->GetOvered();
+                else
+                    return control->GetSelect();
+            });
+            EXPECT_FALSE(changed) << Name(kind);
+            if (kind == Kind::Radio) {
+                EXPECT_TRUE(dialog.GetRadioButton(2)->GetSelect());
+            }
+            if (kind == Kind::AniRadio) {
+                EXPECT_TRUE(dialog.GetAniRadioButton(2)->GetSelect());
+            }
+        }
 }
 
 TEST_F(DialogTest, PixelMasksHoldAtFractionalPositions) {
@@ -448,17 +620,10 @@ TEST_F(DialogTest, PixelMasksHoldAtFractionalPositions) {
     struct Position {
         float x, y;
     } positions[] = {{-0.5f, 40.0f}, {40.0f, -0.5f}, {-3.5f, -2.5f}, {40.5f, 40.5f}};
-    const char* const kinds[] = {"button", "check box", "radio button"};
-    for (const char* kind : kinds)
+    for (Kind kind : kKinds)
         for (const Position& p : positions) {
-            ZQDialog dialog(sprite, sound, &recorder);
-            D3DXVECTOR3 at(p.x, p.y, 0.0f);
-            if (kind == kinds[0])
-                dialog.AddButton(1, L"holed", L"holed", L"holed", L"holed", at, true);
-            else if (kind == kinds[1])
-                dialog.AddCheckBox(1, L"holed", L"mark", L"holed", L"holed", at, true);
-            else
-                dialog.AddRadioButton(1, 1, L"holed", L"holed", L"holed", L"holed", at, false, true);
+            ZQDialog dialog(animate, sound, &recorder);
+            Add(dialog, kind, D3DXVECTOR3(p.x, p.y, 0.0f), L"holed");
             const int left = static_cast<int>(p.x), top = static_cast<int>(p.y);
             int opaque = 0, opaqueHits = 0, clearHits = 0;
             for (int y = top; y < top + 32; ++y)
@@ -471,7 +636,7 @@ TEST_F(DialogTest, PixelMasksHoldAtFractionalPositions) {
                     opaque += onOpaque;
                     (onOpaque ? opaqueHits : clearHits) += static_cast<int>(recorder.events.size());
                 }
-            EXPECT_EQ(opaqueHits, opaque) << kind << " at " << p.x << ", " << p.y;
-            EXPECT_EQ(clearHits, 0) << kind << " at " << p.x << ", " << p.y;
+            EXPECT_EQ(opaqueHits, opaque) << Name(kind) << " at " << p.x << ", " << p.y;
+            EXPECT_EQ(clearHits, 0) << Name(kind) << " at " << p.x << ", " << p.y;
         }
 }

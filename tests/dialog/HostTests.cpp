@@ -9,21 +9,9 @@
 #include <vector>
 
 using twodtest::App;
-using twodtest::BackBufferPixel;
-using twodtest::Device;
-using twodtest::LitPixels;
-using twodtest::Near;
-using ZQ::ZQDialog;
-using ZQ::ZQRect;
 using namespace dialogtest;
 
 namespace {
-
-const D3DCOLOR kRed = D3DCOLOR_XRGB(255, 0, 0), kGreen = D3DCOLOR_XRGB(0, 255, 0), kBlue = D3DCOLOR_XRGB(0, 0, 255),
-               kWhite = D3DCOLOR_XRGB(255, 255, 255), kYellow = D3DCOLOR_XRGB(255, 255, 0),
-               kBlack = D3DCOLOR_XRGB(0, 0, 0), kGrey = D3DCOLOR_XRGB(128, 128, 128);
-const D3DCOLOR kDigits[10] = {0xFF400000, 0xFF800000, 0xFFC00000, 0xFF004000, 0xFF008000,
-                              0xFF00C000, 0xFF000040, 0xFF000080, 0xFF0000C0, 0xFF808080};
 
 // A screen as a host writes it: the frame's callbacks forwarded to its dialog, and the left release,
 // which the frame reports with the left flag clear, forwarded as a release.
@@ -73,19 +61,9 @@ class HostTest : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
         sprite = new ZQ::ZQSprite(Device());
-        AddPicture(*sprite, L"host_up", kRed);
-        AddPicture(*sprite, L"host_down", kGreen);
-        AddPicture(*sprite, L"host_over", kBlue);
-        AddPicture(*sprite, L"host_off", kWhite);
-        AddPicture(*sprite, L"host_tick", kYellow, true);
-        for (int i = 0; i < 10; ++i) {
-            wchar_t name[16];
-            swprintf(name, 16, L"host_n%02d", i);
-            AddPicture(*sprite, name, kDigits[i], false, 8);
-        }
-        // 10 pixels a character: a box 60 wide has room for five.
-        D3DXCreateFontW(Device(), 20, 10, FW_BOLD, 1, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, DEFAULT_QUALITY,
-                        DEFAULT_PITCH, L"Arial", &font);
+        AddControlPictures(*sprite, L"host_up", L"host_down", L"host_over", L"host_off", L"host_tick");
+        AddDigits(*sprite, L"host_n");
+        font = MakeFont(); // a box 60 wide has room for five characters
         window = App()->GethWnd();
         screen = new HostScreen; // the application owns it
         App()->Entry(L"Host", screen);
@@ -325,7 +303,7 @@ long long DrawnNumber() {
         if (Near(colour, kBlack, 3))
             break;
         int digit = 0;
-        while (digit < 10 && !Near(colour, kDigits[digit], 3))
+        while (digit < 10 && !Near(colour, kDigitColours[digit], 3))
             ++digit;
         if (digit == 10)
             return -1;

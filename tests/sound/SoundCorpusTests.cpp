@@ -10,12 +10,7 @@
 #include <string>
 #include <utility>
 
-using soundtest::Data;
-using soundtest::FindTone;
-using soundtest::ReadAll;
-using soundtest::Tone;
-using soundtest::Window;
-using soundtest::WriteAll;
+using namespace soundtest;
 using ZQ::ZQSound;
 using Bytes = std::vector<unsigned char>;
 

@@ -8,13 +8,7 @@
 #include <cstring>
 #include <thread>
 
-using soundtest::Captured;
-using soundtest::Data;
-using soundtest::FindTone;
-using soundtest::ReadAll;
-using soundtest::Tone;
-using soundtest::Window;
-using soundtest::WriteAll;
+using namespace soundtest;
 using ZQ::ZQMp3File;
 using ZQ::ZQSound;
 

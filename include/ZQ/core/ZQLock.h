@@ -10,7 +10,8 @@ public:
     explicit ZQLock(CRITICAL_SECTION* cs);
     ~ZQLock();
     ZQLock(const ZQLock&) = delete;
-    ZQLock& operator=(const ZQLock& other);
+    /// Copies the pointer.
+    ZQLock& operator=(const ZQLock& other) = default;
 
 private:
     CRITICAL_SECTION* m_cs;
@@ -22,7 +23,8 @@ public:
     explicit ZQUnLock(CRITICAL_SECTION* cs);
     ~ZQUnLock();
     ZQUnLock(const ZQUnLock&) = delete;
-    ZQUnLock& operator=(const ZQUnLock& other);
+    /// Copies the pointer.
+    ZQUnLock& operator=(const ZQUnLock& other) = default;
 
 private:
     CRITICAL_SECTION* m_cs;

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQCriticalSection.h"
 #include "ZQ/core/ZQMapper.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
@@ -39,8 +40,8 @@ public:
     /// background animation player.
     ZQDialog(ZQAnimate* animate, ZQSound* sound, _ZQResponseDialog_tag* response);
     /// Shallow: the copy shares the controls; only one of the two may be destroyed.
-    ZQDialog(const ZQDialog& other);
-    ZQDialog& operator=(const ZQDialog& other);
+    ZQDialog(const ZQDialog& other) = default;
+    ZQDialog& operator=(const ZQDialog& other) = default;
     /// Deletes every control and background picture.
     virtual ~ZQDialog();
 
@@ -146,6 +147,8 @@ private:
     template <typename Radio> void AddToGroup(ZQMapper& groups, unsigned int group, Radio* button, bool select);
     /// False when a transparent pixel under the point ends the routing.
     template <typename Radio> bool ResolveGroups(ZQMapper& groups, int x, int y);
+    /// Calls visit with every control that reports through a response (the clickable and timed kinds).
+    template <typename Visit> void EachReporting(Visit visit);
 
     ZQSprite* m_sprite;
     ZQAnimate* m_animate = nullptr;
@@ -157,7 +160,7 @@ private:
     ZQMapper m_aniRadioGroups; ///< the same for the animated radio buttons
     bool m_visible = true, m_disabled = false, m_returnAdvances = true, m_tabAdvances = true;
     int m_focused = 0;
-    CRITICAL_SECTION m_lock;
+    ZQCriticalSection m_lock;
 };
 
 } // namespace ZQ

@@ -2,6 +2,7 @@
 #include "ZQ/core/ZQConfig.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
+#include "ZQ/dialog/ZQDialogClickable.h"
 #include "ZQ/dialog/ZQDialogPixel.h"
 #include "ZQ/dialog/ZQResponseDialog.h"
 #include "ZQ/sound/ZQSound.h"
@@ -10,48 +11,37 @@
 
 namespace ZQ {
 
-/// Push button of an animation dialog: as ZQDialogButton, with animations for normal, pressed, over and disabled.
-/// Its pictures are animations of the animate, each played endlessly by a player of its own and
+/// Push button of an animation dialog: as ZQDialogButton, with animations for normal, pressed, over and
+/// disabled. They are animations of the animate, played endlessly by a player of the button's own and
 /// restarted only when the picture changes. With a mask chunk it is pixel-exact and its hit rectangle
 /// is that chunk's; otherwise the hit rectangle is rect.
 class ZQ_API ZQDialogAniButton : public ZQDialogResponseEvent, public ZQDialogPixel {
 public:
     ZQDialogAniButton(ZQAnimate* animate, ZQSound* sound, unsigned int id, const wchar_t* normal,
-         const wchar_t* second, const wchar_t* over, const wchar_t* disabled, ZQRect& rect,
-         _ZQResponseDialog_tag* response, const wchar_t* maskChunk);
-    ZQDialogAniButton(const ZQDialogAniButton&) = delete;
-    ZQDialogAniButton& operator=(const ZQDialogAniButton&) = delete;
+                      const wchar_t* pressed, const wchar_t* over, const wchar_t* disabled, ZQRect& rect,
+                      _ZQResponseDialog_tag* response, const wchar_t* maskChunk);
+    /// Copies every member; the copy has a lock, a mask and a player of its own, on the same animate and
+    /// showing the same animation from its start.
+    ZQDialogAniButton(const ZQDialogAniButton& other) = default;
+    ZQDialogAniButton& operator=(const ZQDialogAniButton& other) = default;
     virtual ~ZQDialogAniButton();
+    unsigned int GetId();
 
     void SetSprite(const wchar_t* normal, const wchar_t* pressed, const wchar_t* over, const wchar_t* disabled);
     /// Click sound first, then over sound; a null name leaves that sound as it is.
     void SetSound(const wchar_t* click, const wchar_t* over);
     void SetDisable(bool disable);
-    bool GetDisable();
     void SetShow(bool show);
     bool GetShow();
+    bool GetDisable();
     bool GetOvered();
-    unsigned int GetId();
+
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
     void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
                  void* context);
 
 private:
-    /// Sets the shown animation, restarting the player only for a different name.
-    void Show(const ZQString& name);
-
-    ZQAnimate* m_animate;
-    ZQSprite* m_sprite;
-    ZQRenderSingle* m_player;
-    ZQSound* m_sound;
-    ZQString m_normal, m_second, m_overName, m_disabledName, m_shown, m_maskChunk;
-    ZQString m_overSound, m_clickSound;
-    D3DXCOLOR m_colour = D3DXCOLOR(1.0f, 1.0f, 1.0f, 1.0f);
-    D3DXVECTOR3 m_position;
-    ZQRect m_hit;
-    bool m_show = true, m_disabled = false, m_pressed = false, m_pixelExact = false, m_over = false;
-    CRITICAL_SECTION m_lock;
-    unsigned int m_id;
+    ZQDialogClickable m_core;
 };
 
 } // namespace ZQ

@@ -2,6 +2,7 @@
 #include "ZQ/core/ZQConfig.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
+#include "ZQ/dialog/ZQDialogClickable.h"
 #include "ZQ/dialog/ZQDialogPixel.h"
 #include "ZQ/dialog/ZQResponseDialog.h"
 #include "ZQ/sound/ZQSound.h"
@@ -10,52 +11,40 @@
 
 namespace ZQ {
 
-/// Check box of an animation dialog: as ZQDialogCheckBox, with animations for box, check mark, over and disabled; the mark plays on a second player over the box.
-/// Its pictures are animations of the animate, each played endlessly by a player of its own and
+/// Check box of an animation dialog: as ZQDialogCheckBox, with animations for box, check mark, over and
+/// disabled. The box and the mark each play on a player of their own, the mark's over the box's,
 /// restarted only when the picture changes. With a mask chunk it is pixel-exact and its hit rectangle
 /// is that chunk's; otherwise the hit rectangle is rect.
 class ZQ_API ZQDialogAniCheckBox : public ZQDialogResponseEvent, public ZQDialogPixel {
 public:
-    ZQDialogAniCheckBox(ZQAnimate* animate, ZQSound* sound, unsigned int id, const wchar_t* normal,
-         const wchar_t* second, const wchar_t* over, const wchar_t* disabled, ZQRect& rect,
-         _ZQResponseDialog_tag* response, const wchar_t* maskChunk);
-    ZQDialogAniCheckBox(const ZQDialogAniCheckBox&) = delete;
-    ZQDialogAniCheckBox& operator=(const ZQDialogAniCheckBox&) = delete;
+    ZQDialogAniCheckBox(ZQAnimate* animate, ZQSound* sound, unsigned int id, const wchar_t* box, const wchar_t* mark,
+                        const wchar_t* over, const wchar_t* disabled, ZQRect& rect, _ZQResponseDialog_tag* response,
+                        const wchar_t* maskChunk);
+    /// Copies every member; the copy has a lock, a mask and players of its own, on the same animate and
+    /// showing the same animations from their start.
+    ZQDialogAniCheckBox(const ZQDialogAniCheckBox& other) = default;
+    ZQDialogAniCheckBox& operator=(const ZQDialogAniCheckBox& other) = default;
     virtual ~ZQDialogAniCheckBox();
+    unsigned int GetId();
 
     void SetChecked(bool checked);
     bool GetChecked();
     void SetSprite(const wchar_t* box, const wchar_t* mark, const wchar_t* over, const wchar_t* disabled);
     /// Click sound first, then over sound; a null name leaves that sound as it is.
     void SetSound(const wchar_t* click, const wchar_t* over);
-    void SetDisable(bool disable);
-    bool GetDisable();
     void SetShow(bool show);
     bool GetShow();
+    bool GetDisable();
     bool GetOvered();
-    unsigned int GetId();
+    void SetDisable(bool disable);
+
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
     void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
                  void* context);
 
 private:
-    /// Sets the shown animation, restarting the player only for a different name.
-    void Show(const ZQString& name);
-
-    ZQAnimate* m_animate;
-    ZQSprite* m_sprite;
-    ZQRenderSingle* m_player;
-    ZQSound* m_sound;
-    ZQString m_normal, m_second, m_overName, m_disabledName, m_shown, m_maskChunk;
-    ZQString m_overSound, m_clickSound;
-    D3DXCOLOR m_colour = D3DXCOLOR(1.0f, 1.0f, 1.0f, 1.0f);
-    D3DXVECTOR3 m_position;
-    ZQRect m_hit;
-    bool m_show = true, m_disabled = false, m_pressed = false, m_pixelExact = false, m_over = false;
-    ZQRenderSingle* m_markPlayer;
-    ZQString m_shownMark;
-    CRITICAL_SECTION m_lock;
-    unsigned int m_id;
+    ZQDialogClickable m_core;
+    ZQDialogPicture m_mark; ///< the check mark when checked, on a player of its own
 };
 
 } // namespace ZQ

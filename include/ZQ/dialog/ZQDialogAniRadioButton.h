@@ -2,6 +2,7 @@
 #include "ZQ/core/ZQConfig.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
+#include "ZQ/dialog/ZQDialogClickable.h"
 #include "ZQ/dialog/ZQDialogPixel.h"
 #include "ZQ/dialog/ZQResponseDialog.h"
 #include "ZQ/sound/ZQSound.h"
@@ -10,51 +11,40 @@
 
 namespace ZQ {
 
-/// Radio button of an animation dialog: as ZQDialogRadioButton, with animations for normal, selected, over and disabled.
-/// Its pictures are animations of the animate, each played endlessly by a player of its own and
-/// restarted only when the picture changes. With a mask chunk it is pixel-exact and its hit rectangle
-/// is that chunk's; otherwise the hit rectangle is rect.
+/// Radio button of an animation dialog: as ZQDialogRadioButton, with animations for normal, selected,
+/// over and disabled, played endlessly by a player of the button's own and restarted only when the
+/// picture changes. With a mask chunk it is pixel-exact and its hit rectangle is that chunk's;
+/// otherwise the hit rectangle is rect.
 class ZQ_API ZQDialogAniRadioButton : public ZQDialogResponseEvent, public ZQDialogPixel {
 public:
-    ZQDialogAniRadioButton(ZQAnimate* animate, ZQSound* sound, unsigned int id, unsigned int group, const wchar_t* normal,
-         const wchar_t* second, const wchar_t* over, const wchar_t* disabled, ZQRect& rect,
-         _ZQResponseDialog_tag* response, const wchar_t* maskChunk);
-    ZQDialogAniRadioButton(const ZQDialogAniRadioButton&) = delete;
-    ZQDialogAniRadioButton& operator=(const ZQDialogAniRadioButton&) = delete;
+    ZQDialogAniRadioButton(ZQAnimate* animate, ZQSound* sound, unsigned int id, unsigned int group,
+                           const wchar_t* normal, const wchar_t* selected, const wchar_t* over,
+                           const wchar_t* disabled, ZQRect& rect, _ZQResponseDialog_tag* response,
+                           const wchar_t* maskChunk);
+    /// Copies every member; the copy has a lock, a mask and a player of its own, on the same animate and
+    /// showing the same animation from its start.
+    ZQDialogAniRadioButton(const ZQDialogAniRadioButton& other) = default;
+    ZQDialogAniRadioButton& operator=(const ZQDialogAniRadioButton& other) = default;
     virtual ~ZQDialogAniRadioButton();
+    unsigned int GetId();
+    unsigned int GetGroup();
+    void SetDisable(bool disable);
+    bool GetDisable();
+    bool GetShow();
+
+    void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
+    void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
+                 void* context);
 
     /// Selects or deselects this button alone.
     void SetSelect(bool select);
     bool GetSelect();
     bool GetMask();
     ZQRect GetRect();
-    void SetDisable(bool disable);
-    bool GetDisable();
-    bool GetShow();
-    unsigned int GetId();
-    unsigned int GetGroup();
-    void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
-    void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
-                 void* context);
 
 private:
-    /// Sets the shown animation, restarting the player only for a different name.
-    void Show(const ZQString& name);
-
-    ZQAnimate* m_animate;
-    ZQSprite* m_sprite;
-    ZQRenderSingle* m_player;
-    ZQSound* m_sound;
-    ZQString m_normal, m_second, m_overName, m_disabledName, m_shown, m_maskChunk;
-    ZQString m_overSound, m_clickSound;
-    D3DXCOLOR m_colour = D3DXCOLOR(1.0f, 1.0f, 1.0f, 1.0f);
-    D3DXVECTOR3 m_position;
-    ZQRect m_hit;
-    bool m_show = true, m_disabled = false, m_pressed = false, m_pixelExact = false, m_over = false;
-    bool m_selected = false;
+    ZQDialogClickable m_core;
     unsigned int m_group;
-    CRITICAL_SECTION m_lock;
-    unsigned int m_id;
 };
 
 } // namespace ZQ

@@ -2,6 +2,7 @@
 #include "ZQ/core/ZQConfig.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
+#include "ZQ/dialog/ZQDialogClickable.h"
 #include "ZQ/dialog/ZQDialogPixel.h"
 #include "ZQ/dialog/ZQResponseDialog.h"
 #include "ZQ/sound/ZQSound.h"
@@ -19,9 +20,10 @@ public:
                    const wchar_t* over, const wchar_t* disabled, D3DXVECTOR3& position,
                    _ZQResponseDialog_tag* response, bool pixelExact);
     /// Copies every member; the copy has a lock and a mask of its own.
-    ZQDialogButton(const ZQDialogButton& other);
-    ZQDialogButton& operator=(const ZQDialogButton& other);
+    ZQDialogButton(const ZQDialogButton& other) = default;
+    ZQDialogButton& operator=(const ZQDialogButton& other) = default;
     virtual ~ZQDialogButton();
+    unsigned int GetId();
 
     /// Replaces the four names; what is shown changes at the next state change.
     void SetSprite(const wchar_t* normal, const wchar_t* pressed, const wchar_t* over, const wchar_t* disabled);
@@ -29,30 +31,18 @@ public:
     void SetSound(const wchar_t* click, const wchar_t* over);
     /// Acts only on a change: disabled picture at half alpha, or normal picture at full alpha.
     void SetDisable(bool disable);
-    bool GetDisable();
     void SetShow(bool show);
     bool GetShow();
+    bool GetDisable();
     /// The pointer was over the button at the last mouse report (the pixel mask not considered).
     bool GetOvered();
-    unsigned int GetId();
 
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
     void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
                  void* context);
 
 private:
-    void CopyFrom(const ZQDialogButton& other);
-
-    ZQSprite* m_sprite;
-    ZQSound* m_sound;
-    ZQString m_normal, m_pressedName, m_overName, m_disabledName, m_shown;
-    ZQString m_overSound, m_clickSound;
-    D3DXCOLOR m_colour;
-    D3DXVECTOR3 m_position;
-    ZQRect m_hit;
-    bool m_show = true, m_disabled = false, m_pressed = false, m_pixelExact, m_over = false;
-    CRITICAL_SECTION m_lock;
-    unsigned int m_id;
+    ZQDialogClickable m_core;
 };
 
 } // namespace ZQ

@@ -2,6 +2,7 @@
 #include "ZQ/core/ZQConfig.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
+#include "ZQ/dialog/ZQDialogClickable.h"
 #include "ZQ/dialog/ZQDialogPixel.h"
 #include "ZQ/dialog/ZQResponseDialog.h"
 #include "ZQ/sound/ZQSound.h"
@@ -19,9 +20,10 @@ public:
                      const wchar_t* over, const wchar_t* disabled, D3DXVECTOR3& position,
                      _ZQResponseDialog_tag* response, bool pixelExact);
     /// Copies every member; the copy has a lock and a mask of its own.
-    ZQDialogCheckBox(const ZQDialogCheckBox& other);
-    ZQDialogCheckBox& operator=(const ZQDialogCheckBox& other);
+    ZQDialogCheckBox(const ZQDialogCheckBox& other) = default;
+    ZQDialogCheckBox& operator=(const ZQDialogCheckBox& other) = default;
     virtual ~ZQDialogCheckBox();
+    unsigned int GetId();
 
     /// Shows or hides the mark; no event, no sound.
     void SetChecked(bool checked);
@@ -30,31 +32,20 @@ public:
     void SetSprite(const wchar_t* box, const wchar_t* mark, const wchar_t* over, const wchar_t* disabled);
     /// Click sound first, then over sound; a null name leaves that sound as it is.
     void SetSound(const wchar_t* click, const wchar_t* over);
-    /// Acts only on a change, on the box layer; the mark stays.
-    void SetDisable(bool disable);
-    bool GetDisable();
     void SetShow(bool show);
     bool GetShow();
+    bool GetDisable();
     bool GetOvered();
-    unsigned int GetId();
+    /// Acts only on a change, on the box layer; the mark stays.
+    void SetDisable(bool disable);
 
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
     void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
                  void* context);
 
 private:
-    void CopyFrom(const ZQDialogCheckBox& other);
-
-    ZQSprite* m_sprite;
-    ZQSound* m_sound;
-    ZQString m_box, m_markName, m_overName, m_disabledName, m_shown, m_shownMark;
-    ZQString m_overSound, m_clickSound;
-    D3DXCOLOR m_colour;
-    D3DXVECTOR3 m_position;
-    ZQRect m_hit;
-    bool m_show = true, m_disabled = false, m_pressed = false, m_pixelExact, m_over = false;
-    CRITICAL_SECTION m_lock;
-    unsigned int m_id;
+    ZQDialogClickable m_core;
+    ZQDialogPicture m_mark; ///< the check mark when checked, else nothing
 };
 
 } // namespace ZQ

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQCriticalSection.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
 #include "ZQ/twod/ZQSprite.h"
@@ -79,7 +80,7 @@ private:
     D3DXCOLOR m_colour, m_shadowColour = D3DXCOLOR(0.0f, 0.0f, 0.0f, 1.0f);
     bool m_disabled = false, m_acquired = false, m_password = false;
     int m_maxLength = 0, m_shadowOffset = 0;
-    CRITICAL_SECTION m_lock;
+    ZQCriticalSection m_lock;
     unsigned int m_id;
 };
 

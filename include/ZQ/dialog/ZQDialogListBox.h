@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQCriticalSection.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
 #include "ZQ/core/ZQVector.h"
@@ -52,7 +53,7 @@ private:
     ZQVector m_lines; ///< owned Line*
     bool m_disabled = false;
     [[maybe_unused]] bool m_visible = true; ///< kept in the layout; the list box is always drawn
-    CRITICAL_SECTION m_lock;
+    ZQCriticalSection m_lock;
     unsigned int m_id;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQCriticalSection.h"
 #include "ZQ/core/ZQString.h"
 #include "ZQ/core/ZQVector.h"
 #include "ZQ/twod/ZQSprite.h"
@@ -47,7 +48,7 @@ private:
     void Draw(char c, float x, const D3DXVECTOR3& position);
 
     ZQSprite* m_sprite;
-    CRITICAL_SECTION m_lock;
+    ZQCriticalSection m_lock;
     ZQVector m_names; ///< 14 owned ZQString*, by character code - 44
     unsigned long m_alignment;
     float m_spacing;

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQCriticalSection.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
 #include "ZQ/dialog/ZQResponseDialog.h"
@@ -60,7 +61,7 @@ private:
     D3DXCOLOR m_colour = D3DXCOLOR(1.0f, 1.0f, 1.0f, 1.0f);
     bool m_disabled = false, m_visible = true, m_finished = false;
     unsigned long m_direction;
-    CRITICAL_SECTION m_lock;
+    ZQCriticalSection m_lock;
     unsigned int m_id;
 };
 

@@ -2,6 +2,7 @@
 #include "ZQ/core/ZQConfig.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
+#include "ZQ/dialog/ZQDialogClickable.h"
 #include "ZQ/dialog/ZQDialogPixel.h"
 #include "ZQ/dialog/ZQResponseDialog.h"
 #include "ZQ/sound/ZQSound.h"
@@ -19,9 +20,19 @@ public:
                         const wchar_t* selected, const wchar_t* over, const wchar_t* disabled, D3DXVECTOR3& position,
                         _ZQResponseDialog_tag* response, bool pixelExact);
     /// Copies every member; the copy has a lock and a mask of its own.
-    ZQDialogRadioButton(const ZQDialogRadioButton& other);
-    ZQDialogRadioButton& operator=(const ZQDialogRadioButton& other);
+    ZQDialogRadioButton(const ZQDialogRadioButton& other) = default;
+    ZQDialogRadioButton& operator=(const ZQDialogRadioButton& other) = default;
     virtual ~ZQDialogRadioButton();
+    unsigned int GetId();
+    unsigned int GetGroup();
+    /// Acts only on a change: disabled picture at half alpha, or selected/normal at full alpha.
+    void SetDisable(bool disable);
+    bool GetDisable();
+    bool GetShow();
+
+    void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
+    void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
+                 void* context);
 
     /// Selects or deselects this button alone (the others of the group are left as they are).
     void SetSelect(bool select);
@@ -30,32 +41,10 @@ public:
     bool GetMask();
     /// The hit rectangle.
     ZQRect GetRect();
-    /// Acts only on a change: disabled picture at half alpha, or selected/normal at full alpha.
-    void SetDisable(bool disable);
-    bool GetDisable();
-    bool GetShow();
-    unsigned int GetId();
-    unsigned int GetGroup();
-
-    void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
-    void OnMouse(bool down, bool left, bool right, bool middle, bool side1, bool side2, int wheel, int x, int y,
-                 void* context);
 
 private:
-    void CopyFrom(const ZQDialogRadioButton& other);
-
-    ZQSprite* m_sprite;
-    ZQSound* m_sound;
-    ZQString m_normal, m_selectedName, m_overName, m_disabledName, m_shown;
-    ZQString m_overSound, m_clickSound;
-    D3DXCOLOR m_colour;
-    D3DXVECTOR3 m_position;
-    ZQRect m_hit;
-    bool m_show = true, m_disabled = false, m_pressed = false, m_pixelExact, m_over = false;
-    bool m_selected = false;
+    ZQDialogClickable m_core;
     unsigned int m_group;
-    CRITICAL_SECTION m_lock;
-    unsigned int m_id;
 };
 
 } // namespace ZQ

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQCriticalSection.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
 #include "ZQ/twod/ZQSprite.h"
@@ -52,7 +53,7 @@ private:
     ZQRect m_rect; ///< where the text lies in the texture: the whole texture
     bool m_disabled = false, m_visible = true;
     int m_shadowOffset = 0;
-    CRITICAL_SECTION m_lock;
+    ZQCriticalSection m_lock;
     unsigned int m_id;
 };
 

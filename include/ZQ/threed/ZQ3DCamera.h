@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQCriticalSection.h"
 #include "ZQ/core/ZQPlatform.h"
 #include "ZQ/threed/ZQ3DSpline.h"
 
@@ -13,8 +14,9 @@ class ZQ_API ZQ3DCamera : public ZQ3DSpline {
 public:
     explicit ZQ3DCamera(IDirect3DDevice9* device);
     ZQ3DCamera(IDirect3DDevice9* device, const D3DXVECTOR3& position);
-    ZQ3DCamera(const ZQ3DCamera& other);
-    ZQ3DCamera& operator=(const ZQ3DCamera& other);
+    /// Copies every member; the copy has a lock of its own.
+    ZQ3DCamera(const ZQ3DCamera& other) = default;
+    ZQ3DCamera& operator=(const ZQ3DCamera& other) = default;
     virtual ~ZQ3DCamera();
 
     void SetPosition(const D3DXVECTOR3& position);
@@ -65,7 +67,7 @@ private:
     D3DXVECTOR3 m_up;
     D3DXVECTOR3 m_look;
     D3DXVECTOR3 m_right;
-    CRITICAL_SECTION m_lock;
+    ZQCriticalSection m_lock;
 };
 
 /// A camera shake: five keys along z (0, 0.5, 0, 0.5, 0 at 0.1 s steps). Start it with SetAction(true),

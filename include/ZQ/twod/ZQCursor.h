@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQCriticalSection.h"
 #include "ZQ/core/ZQPlatform.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
@@ -67,7 +68,7 @@ private:
     D3DXCOLOR m_overlayColor;
     bool m_visible;
     bool m_disabled;
-    CRITICAL_SECTION m_lock;
+    ZQCriticalSection m_lock;
 };
 
 } // namespace ZQ
