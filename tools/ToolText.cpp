@@ -135,4 +135,12 @@ long long WholeOption(const char* tool, const std::string& option, const std::st
     return value;
 }
 
+std::string OptionValue(const char* tool, int argc, char** argv, int& i) {
+    if (i + 1 >= argc) {
+        std::fprintf(stderr, "%s: %s needs a value\n", tool, argv[i]);
+        std::exit(1);
+    }
+    return argv[++i];
+}
+
 } // namespace zqtools

@@ -34,5 +34,8 @@ bool ParseWhole(const std::string& text, long long low, long long high, long lon
 /// An option's value as ParseWhole reads it; else "TOOL: OPTION takes ..." on standard error, exit 1.
 long long WholeOption(const char* tool, const std::string& option, const std::string& text, long long low,
                       long long high, bool hex = false);
+/// The argument after the option at argv[i] (i moves on to it); else "TOOL: OPTION needs a value"
+/// on standard error, exit 1.
+std::string OptionValue(const char* tool, int argc, char** argv, int& i);
 
 } // namespace zqtools

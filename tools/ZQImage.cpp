@@ -8,9 +8,10 @@
 
 namespace zqtools {
 
-bool LoadImage(const std::string& path, Image& image, std::string& error) {
-    int channels = 0;
-    stbi_uc* pixels = stbi_load(path.c_str(), &image.width, &image.height, &channels, 4);
+namespace {
+
+// Takes stb's decoded pixels (null when decoding failed) into the image.
+bool TakePixels(stbi_uc* pixels, Image& image, std::string& error) {
     if (!pixels) {
         error = stbi_failure_reason() ? stbi_failure_reason() : "cannot be decoded";
         return false;
@@ -20,18 +21,19 @@ bool LoadImage(const std::string& path, Image& image, std::string& error) {
     return true;
 }
 
+} // namespace
+
+bool LoadImage(const std::string& path, Image& image, std::string& error) {
+    int channels = 0;
+    return TakePixels(stbi_load(path.c_str(), &image.width, &image.height, &channels, 4), image, error);
+}
+
 bool DecodeImage(const uint8_t* data, size_t size, Image& image, std::string& error) {
     int channels = 0;
     stbi_uc* pixels = size <= 0x7FFFFFFF ? stbi_load_from_memory(data, static_cast<int>(size), &image.width,
                                                                   &image.height, &channels, 4)
                                          : nullptr;
-    if (!pixels) {
-        error = stbi_failure_reason() ? stbi_failure_reason() : "cannot be decoded";
-        return false;
-    }
-    image.rgba.assign(pixels, pixels + static_cast<size_t>(image.width) * image.height * 4);
-    stbi_image_free(pixels);
-    return true;
+    return TakePixels(pixels, image, error);
 }
 
 std::vector<uint8_t> EncodePng(const Image& image) {

@@ -611,11 +611,7 @@ int main(int argc, char** argv) {
     std::vector<std::string> inputs;
     for (int i = 2; i < argc; ++i) {
         const std::string arg = argv[i];
-        auto value = [&]() -> std::string {
-            if (i + 1 >= argc)
-                Fail(arg + " needs a value");
-            return argv[++i];
-        };
+        auto value = [&] { return zqtools::OptionValue("zqanim", argc, argv, i); };
         if (arg == "-o")
             (command == "preview" ? directory : output) = value();
         else if (arg == "--atlas") {

@@ -272,11 +272,7 @@ Options ParseOptions(int argc, char** argv) {
     options.atlas = std::strcmp(argv[1], "te") == 0;
     for (int i = 2; i < argc; ++i) {
         const std::string arg = argv[i];
-        auto value = [&]() -> std::string {
-            if (i + 1 >= argc)
-                Fail(arg + " needs a value");
-            return argv[++i];
-        };
+        auto value = [&] { return zqtools::OptionValue("zqpack", argc, argv, i); };
         if (arg == "-o")
             options.output = value();
         else if (arg == "--wide")

@@ -1,4 +1,5 @@
 #include "src/core/ZQFileBytes.h"
+#include "ZQ/frame/ZQMediaSearch.h"
 #include "src/core/ZQOutOfMemory.h"
 
 #include <algorithm>
@@ -35,6 +36,12 @@ bool ReadBytes(const wchar_t* path, std::vector<uint8_t>& bytes, LONGLONG limit,
 } // namespace
 
 bool ZQReadFileBytes(const wchar_t* path, std::vector<uint8_t>& bytes) {
+    return ReadBytes(path, bytes, 0, nullptr);
+}
+
+bool ZQReadMediaFileBytes(const wchar_t* file, std::vector<uint8_t>& bytes) {
+    wchar_t path[MAX_PATH];
+    ZQFindDXSDKMediaFileCch(path, MAX_PATH, file);
     return ReadBytes(path, bytes, 0, nullptr);
 }
 

@@ -9,6 +9,8 @@ namespace ZQ {
 
 /// Reads the whole file; false when it cannot be opened or read, or is larger than 1 GiB.
 bool ZQReadFileBytes(const wchar_t* path, std::vector<uint8_t>& bytes);
+/// As ZQReadFileBytes, for a file named as the loaders take it: found by the media search first.
+bool ZQReadMediaFileBytes(const wchar_t* file, std::vector<uint8_t>& bytes);
 
 /// Reads at most limit bytes from the start of the file; false when it cannot be opened.
 bool ZQReadFileHead(const wchar_t* path, std::vector<uint8_t>& bytes, size_t limit);

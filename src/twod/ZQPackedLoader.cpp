@@ -3,7 +3,6 @@
 #include "src/core/ZQOutOfMemory.h"
 #include "src/formats/ZQNameText.h"
 #include "src/formats/ZQPackedTexture.h"
-#include "ZQ/frame/ZQMediaSearch.h"
 
 #include <algorithm>
 #include <cwchar>
@@ -105,12 +104,8 @@ UINT DeviceMaxSide(IDirect3DDevice9* device) {
 }
 
 void LoadPacked(IDirect3DDevice9* device, ZQMapper* chunks, const wchar_t* file, ZQPackedFormat format, bool split) {
-    if (!file || !chunks)
-        return;
-    wchar_t path[MAX_PATH];
-    ZQFindDXSDKMediaFileCch(path, MAX_PATH, file);
     std::vector<uint8_t> bytes;
-    if (!ZQReadFileBytes(path, bytes))
+    if (!file || !chunks || !ZQReadMediaFileBytes(file, bytes))
         return;
     formats::PackedFile packed;
     const formats::ParseResult parsed = format == ZQPackedFormat::Om

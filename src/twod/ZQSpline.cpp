@@ -1,6 +1,5 @@
 #include "ZQ/twod/ZQSpline.h"
 #include "ZQ/core/ZQLock.h"
-#include "ZQ/frame/ZQMediaSearch.h"
 #include "src/core/ZQFileBytes.h"
 #include "src/core/ZQOutOfMemory.h"
 #include "src/formats/ZQAnimationFile.h"
@@ -16,12 +15,8 @@ namespace ZQ {
 namespace {
 
 void LoadSplines(ZQMapper* paths, const wchar_t* file, WORD first, WORD second) {
-    if (!file || !paths)
-        return;
-    wchar_t path[MAX_PATH];
-    ZQFindDXSDKMediaFileCch(path, MAX_PATH, file);
     std::vector<uint8_t> bytes;
-    if (!ZQReadFileBytes(path, bytes))
+    if (!file || !paths || !ZQReadMediaFileBytes(file, bytes))
         return;
     formats::SplineFile parsed;
     formats::ParseSpline(bytes.data(), bytes.size(), parsed);

@@ -117,45 +117,42 @@ void FilesBesideTheProgram() {
 
 char g_sceneLog[256];
 
-void Log(const char* text) { strcat_s(g_sceneLog, sizeof g_sceneLog, text); }
-
-class TitleScene : public ZQScene {
+// A screen that records each call the library makes on it: its letter, then + (device made), - (device
+// gone) or ~ (deleted).
+class LoggingScene : public ZQScene {
 public:
+    explicit LoggingScene(char letter) : m_letter(letter) {}
     HRESULT OnCreateDevice(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*) override {
-        Log("title+ ");
+        Record('+');
         return S_OK;
     }
-    void OnDestroyDevice(void*) override { Log("title- "); }
-    ~TitleScene() override { Log("title~ "); }
-};
+    void OnDestroyDevice(void*) override { Record('-'); }
+    ~LoggingScene() override { Record('~'); }
 
-class GameScene : public ZQScene {
-public:
-    HRESULT OnCreateDevice(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*) override {
-        Log("game+ ");
-        return S_OK;
+private:
+    void Record(char event) {
+        const char entry[4] = {m_letter, event, ' ', '\0'};
+        strcat_s(g_sceneLog, sizeof g_sceneLog, entry);
     }
-    void OnDestroyDevice(void*) override { Log("game- "); }
-    ~GameScene() override { Log("game~ "); }
-    bool m_isGame = true;
+    char m_letter;
 };
 
 void ScenesOwnedByTheLibrary() {
     g_sceneLog[0] = '\0';
     {
         ZQSceneManager scenes;
-        scenes.Entry(L"Title", new TitleScene);
-        GameScene* game = new GameScene;
+        scenes.Entry(L"Title", new LoggingScene('T'));
+        LoggingScene* game = new LoggingScene('G');
         scenes.Entry(L"Game", game);
         scenes.Trans(L"title");
         scenes.Dispatcher(nullptr, nullptr, nullptr);
         scenes.Trans(L"GAME");
         scenes.Dispatcher(nullptr, nullptr, nullptr);
-        CHECK(scenes.GetCurrent() == game && static_cast<GameScene*>(scenes.GetCurrent())->m_isGame);
-        GameScene copy(*game);
+        CHECK(scenes.GetCurrent() == game);
+        LoggingScene copy(*game); // the base's inline copy; the copy logs its own end
         copy = *game;
     }
-    CHECK(std::strcmp(g_sceneLog, "title+ title- game+ game~ title- title~ game- game~ ") == 0);
+    CHECK(std::strcmp(g_sceneLog, "T+ T- G+ G~ T- T~ G- G~ ") == 0);
     if (g_failed)
         std::printf("scene log: %s\n", g_sceneLog);
 }

@@ -1,10 +1,5 @@
 #pragma once
-#include "ZQ/core/ZQConfig.h"
-#include "ZQ/core/ZQRect.h"
-#include "ZQ/core/ZQString.h"
 #include "ZQ/dialog/ZQDialogClickable.h"
-#include "ZQ/dialog/ZQDialogPixel.h"
-#include "ZQ/dialog/ZQResponseDialog.h"
 #include "ZQ/sound/ZQSound.h"
 #include "ZQ/twod/ZQSprite.h"
 

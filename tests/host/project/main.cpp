@@ -18,25 +18,21 @@ void Expect(bool ok, const char* what) {
     }
 }
 
-class TitleScene : public ZQScene {
+// A screen that writes each call the library makes on it into the log, under its name.
+class LoggingScene : public ZQScene {
 public:
+    explicit LoggingScene(const char* name) : m_name(name) {}
     HRESULT OnCreateDevice(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*) override {
-        g_log += "title+ ";
+        Log("+ ");
         return S_OK;
     }
-    void OnDestroyDevice(void*) override { g_log += "title- "; }
-    void OnFrameMove(IDirect3DDevice9*, double, float, void*) override { g_log += "title.move "; }
-    ~TitleScene() override { g_log += "title~ "; }
-};
+    void OnDestroyDevice(void*) override { Log("- "); }
+    void OnFrameMove(IDirect3DDevice9*, double, float, void*) override { Log(".move "); }
+    ~LoggingScene() override { Log("~ "); }
 
-class GameScene : public ZQScene {
-public:
-    HRESULT OnCreateDevice(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*) override {
-        g_log += "game+ ";
-        return S_OK;
-    }
-    void OnDestroyDevice(void*) override { g_log += "game- "; }
-    ~GameScene() override { g_log += "game~ "; }
+private:
+    void Log(const char* what) { g_log += std::string(m_name) + what; }
+    const char* m_name;
 };
 
 } // namespace
@@ -44,8 +40,8 @@ public:
 int main() {
     {
         ZQSceneManager scenes;
-        scenes.Entry(L"Title", new TitleScene);
-        GameScene* game = new GameScene;
+        scenes.Entry(L"Title", new LoggingScene("title"));
+        LoggingScene* game = new LoggingScene("game");
         scenes.Entry(L"Game", game);
         scenes.Trans(L"title");
         scenes.Dispatcher(nullptr, nullptr, nullptr);
