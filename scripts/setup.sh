@@ -10,7 +10,7 @@ packages=(
     clang libclang-rt-14-dev libstb-dev
     lld libwine-dev libc++-14-dev
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good lame sox mpg123 imagemagick
-    socat
+    socat gnuplot-nox
     fonts-dejavu-core fonts-vlgothic
     locales
 )

@@ -15,7 +15,7 @@ public:
     KioskApp();
     ~KioskApp() override;
 
-    /// Reads -demo and -screenshots:DIR (the frame reads the other options in Init).
+    /// Reads -demo, -screenshots:DIR, -soak:N and -visits:N (the frame reads the other options in Init).
     void ReadOptions();
     /// After CreateDevice: the screens, the sounds, the coin acceptor, the demo's script.
     void Start();
@@ -73,6 +73,7 @@ private:
                                             bool* noFurtherProcessing, void* context);
     void DemoStep();
     void ReleaseShared();
+    void ReportSoak();
 
     ZQ::ZQSprite* m_sprite = nullptr;
     ZQ::ZQAnimate* m_animate = nullptr;
@@ -94,6 +95,12 @@ private:
     KioskScreenId m_screen = kAttract;
     int m_framesOnScreen = 0;
     bool m_demo = false;
+    // -soak:N: a line of the process's memory and handle counts every N visits (a visit ends when a
+    // round returns to the attract loop).
+    int m_soakEvery = 0;
+    long m_visits = 0;
+    // -visits:N: the kiosk ends after N visits.
+    long m_visitLimit = 0;
     wchar_t m_screenshots[MAX_PATH] = {};
     bool m_shot[kScreenCount] = {};
 };

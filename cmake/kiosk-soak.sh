@@ -1,0 +1,133 @@
+#!/usr/bin/env bash
+# Plays the sample kiosk's demo visit after visit inside a running Wine session and reports how the
+# process grew. Used by scripts/soak.sh and by the suite's short soak (kiosk_soak).
+#   kiosk-soak.sh --state DIR --bin DIR --out DIR --visits N --every N --warmup N
+#                 [--coins] [--max-kb-per-1000 KB] [--max-objects N]
+# Every --every visits the kiosk prints its working set, private bytes, handles, GDI/USER objects and
+# coins counted; this script adds the resident size Linux counts for the process (Wine's own Unix-side
+# memory included). With --coins, a coin drops every half second on the serial line's other end (COM8). The
+# out directory gets soak.tsv, soak.png (when gnuplot is there) and summary.txt. After the warm-up,
+# memory growth is the least-squares slope per 1,000 visits, and a count's rise is the lowest value of
+# the last third of the samples less the lowest of the first third (a thread that comes and goes is
+# not a leak). With the bounds, exits 1 when a memory slope or a count's rise exceeds them.
+set -u
+coins=false
+max_kb=""
+max_objects=""
+while [ $# -gt 0 ]; do
+    case $1 in
+    --state) state=$2; shift ;;
+    --bin) bin=$2; shift ;;
+    --out) out=$2; shift ;;
+    --visits) visits=$2; shift ;;
+    --every) every=$2; shift ;;
+    --warmup) warmup=$2; shift ;;
+    --coins) coins=true ;;
+    --max-kb-per-1000) max_kb=$2; shift ;;
+    --max-objects) max_objects=$2; shift ;;
+    *) echo "kiosk-soak.sh: unknown argument $1" >&2; exit 2 ;;
+    esac
+    shift
+done
+: "${state:?--state}" "${bin:?--bin}" "${out:?--out}" "${visits:?--visits}" "${every:?--every}" "${warmup:?--warmup}"
+state=$(cd "$state" && pwd)
+root=$(cd "$(dirname "$0")/.." && pwd)
+
+mkdir -p "$out"
+table=$out/soak.tsv
+peer=""
+trap '[ -n "$peer" ] && kill "$peer" 2>/dev/null' EXIT
+if $coins; then
+    (exec 3>"$state/serial/peer"; while sleep 0.5; do printf C >&3; done) &
+    peer=$!
+fi
+
+# The Linux process of this session's kiosk (another session's may run beside it).
+kiosk_pid() {
+    local pid
+    for pid in $(pgrep -x kiosk.exe); do
+        tr '\0' '\n' <"/proc/$pid/environ" 2>/dev/null | grep -qx "WINEPREFIX=$state/prefix" && echo "$pid" && return
+    done
+}
+
+printf 'visits\tframes\tseconds\tworking_set_kb\tprivate_kb\trss_kb\thandles\tgdi\tuser\tcoins\n' >"$table"
+start=$(date +%s)
+# Each report line (the kiosk plays one visit more, so that the last is not read while it ends), with the resident size of the kiosk's process read at once.
+(cd "$bin" && ZQ_WINE_STATE=$state "$root/cmake/wine-run.sh" kiosk.exe -windowed -noerrormsgboxes \
+    -constantframetime:0.1 "-soak:$every" "-visits:$((visits + 1))" 2>/dev/null) |
+    while read -r line; do
+        case $line in
+        soak:*) ;;
+        *) continue ;;
+        esac
+        pid=$(kiosk_pid)
+        rss=$(awk '/^VmRSS/ { print $2 }' "/proc/$pid/status" 2>/dev/null)
+        echo "$line" | awk -v rss="${rss:-0}" -v seconds=$(($(date +%s) - start)) \
+            '{ printf "%s\t%s\t%s\t%s\t%s\t%s\t%s\t%s\t%s\t%s\n", $3, $5, seconds, $7, $9, rss, $11, $13, $15, $17 }'
+    done >>"$table"
+
+column -t "$table"
+samples=$(($(wc -l <"$table") - 1))
+if [ "$samples" -lt 3 ]; then
+    echo "the kiosk reported $samples samples: it did not run its visits"
+    exit 1
+fi
+
+# Slopes per 1,000 visits and rises after the warm-up, one line per column.
+awk -F'\t' -v warmup="$warmup" -v max_kb="$max_kb" -v max_objects="$max_objects" '
+NR == 1 { for (i = 1; i <= NF; ++i) name[i] = $i; next }
+$1 >= warmup { ++n; for (i = 1; i <= 10; ++i) v[n, i] = $i }
+function lowest(from, to, column,   k, low) {
+    low = v[from, column]
+    for (k = from + 1; k <= to; ++k) if (v[k, column] < low) low = v[k, column]
+    return low
+}
+END {
+    if (n < 3) { print "fewer than three samples after the warm-up"; exit 1 }
+    third = int(n / 3) > 0 ? int(n / 3) : 1
+    printf "growth after the first %d visits (visits %d to %d, %d samples):\n", warmup, v[1, 1], v[n, 1], n
+    failed = 0
+    for (i = 4; i <= 9; ++i) {
+        sx = sxx = sy = sxy = 0
+        for (k = 1; k <= n; ++k) { sx += v[k, 1]; sxx += v[k, 1] ^ 2; sy += v[k, i]; sxy += v[k, 1] * v[k, i] }
+        slope = (n * sxy - sx * sy) / (n * sxx - sx * sx) * 1000
+        rise = lowest(n - third + 1, n, i) - lowest(1, third, i)
+        if (i <= 6) {
+            printf "  %-15s %+10.1f KB per 1,000 visits, last minus first %+d KB\n", name[i], slope, v[n, i] - v[1, i]
+            if (max_kb != "" && slope > max_kb) { printf "    over the bound of %s KB per 1,000 visits\n", max_kb; failed = 1 }
+        } else {
+            printf "  %-15s %+10.1f per 1,000 visits, rise %+d\n", name[i], slope, rise
+            if (max_objects != "" && rise > max_objects) { printf "    rose by more than %s\n", max_objects; failed = 1 }
+        }
+    }
+    coins = v[n, 10] - v[1, 10]
+    if (coins > 0)
+        printf "  %d coins in that time: %.1f KB of private bytes per coin\n", coins, (v[n, 5] - v[1, 5]) / coins
+    exit failed
+}' "$table" | tee "$out/summary.txt"
+status=${PIPESTATUS[0]}
+
+if command -v gnuplot >/dev/null; then
+    gnuplot <<EOF
+set terminal pngcairo size 900,560 font ",10"
+set output "$out/soak.png"
+set title "Sample kiosk, $visits visits of its demo: memory (left) and handles and GUI objects (right)"
+set xlabel "visits"
+set ylabel "MB"
+set y2label "count"
+set ytics nomirror
+set y2tics
+set key outside bottom center horizontal
+set datafile separator "\t"
+set arrow from $warmup, graph 0 to $warmup, graph 1 nohead dashtype 2
+plot "$table" skip 1 using 1:(\$4/1024) with lines lw 2 title "working set", \
+     "" skip 1 using 1:(\$5/1024) with lines lw 2 title "private bytes", \
+     "" skip 1 using 1:(\$6/1024) with lines lw 2 title "resident (Linux)", \
+     "" skip 1 using 1:7 axes x1y2 with lines title "handles", \
+     "" skip 1 using 1:8 axes x1y2 with lines title "GDI objects", \
+     "" skip 1 using 1:9 axes x1y2 with lines title "USER objects"
+EOF
+    echo "plot: $out/soak.png"
+fi
+echo "table: $table"
+exit "$status"
