@@ -5,8 +5,7 @@
 //    WM_IME_COMPOSITION and WM_IME_ENDCOMPOSITION to DefWindowProc, and on one that keeps them.
 // 2. Bytes received one at a time on an overlapped serial port, each awaited with WaitCommEvent, and
 //    the same bytes read by polling without it.
-// Each line gives the private bytes and handles the process gained per operation after a warm-up.
-#include "../samples/kiosk/ProcessCounters.h"
+#include "GrowthSupport.h"
 
 #include <imm.h>
 
@@ -20,16 +19,7 @@ int g_count = 400;
 
 template <typename Operation>
 void Measure(const char* what, Operation operation) {
-    for (int i = 0; i < g_count / 4; ++i)
-        operation();
-    const kiosk::ProcessCounters before = kiosk::SampleProcessCounters();
-    for (int i = 0; i < g_count; ++i)
-        operation();
-    const kiosk::ProcessCounters after = kiosk::SampleProcessCounters();
-    std::printf("%-40s x %5d: %7.0f bytes %+6.2f handles each\n", what, g_count,
-                (static_cast<double>(after.privateKb) - static_cast<double>(before.privateKb)) * 1024.0 / g_count,
-                (static_cast<double>(after.handles) - static_cast<double>(before.handles)) / g_count);
-    std::fflush(stdout);
+    bench::MeasureGrowth(what, g_count, operation);
 }
 
 void Pump() {
@@ -176,8 +166,9 @@ void Serial() {
 int main(int argc, char** argv) {
     if (argc > 1)
         g_count = std::max(40, std::atoi(argv[1]));
-    std::printf("%d operations each, after %d to warm up: private bytes and handles gained per operation\n",
-                g_count, g_count / 4);
+    std::printf("each operation repeated COUNT times after COUNT / 2 to warm up: bytes gained per operation,\n"
+                "handles and objects gained in all\n");
+    bench::PrintGrowthHeader();
     InputMethod();
     Serial();
     return 0;

@@ -11,7 +11,7 @@ rounds=${1:-5}
 scripts/setup.sh
 cmake --preset mingw >/dev/null
 cmake --build --preset mingw --target texture_load_bench sprite_render_bench animation_bench mp3_decode_bench \
-    serial_bench name_map_bench spline_load_bench native_tools >/dev/null
+    serial_bench name_map_bench spline_load_bench operation_loops platform_leaks kiosk native_tools >/dev/null
 
 art=$build/bench-art
 if [ ! -f "$art/atlas.te" ]; then
@@ -74,6 +74,8 @@ for round in 1 2 3; do
         'BEGIN { printf "mpg123 (native), round %d: 180 s in %.3f s, %.0f seconds decoded per second\n", round, wall, 180 / wall }'
 done | tee "$logs/mpg123.txt"
 bench serial_bench COM7 COM8 1
+bench operation_loops 200
+bench platform_leaks 400
 load_after=$(cut -d' ' -f1-3 /proc/loadavg)
 
 # The summary: one line per figure, taken from the programs' output above.
@@ -107,3 +109,8 @@ row "mpg123 (native), seconds decoded a second (median)" \
 row "ZQRS232 send, 1 MiB" "$(figure serial_bench '^send' 3) B/s"
 row "ZQRS232 recv, 1 MiB" "$(figure serial_bench '^recv' 3) B/s"
 row "receive latency of one byte, median" "$(figure serial_bench 'receive latency' 2) ms"
+row "private bytes kept by the costliest visit operation" \
+    "$(awk 'NR > 3 && !/default handling/ { if ($(NF - 4) > max) max = $(NF - 4) } END { print max + 0 }' \
+        "$logs/operation_loops.txt") B"
+row "kept by Wine's default composition handling" "$(figure platform_leaks 'composition, default' 2) B"
+row "kept by Wine's WaitCommEvent, a byte" "$(figure platform_leaks 'awaited with WaitCommEvent' 2) B"

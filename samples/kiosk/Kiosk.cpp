@@ -62,7 +62,7 @@ void KioskApp::ReadOptions() {
             m_demo = true;
         } else if (_wcsnicmp(arguments[i], L"-soak:", 6) == 0) {
             m_soakEvery = _wtoi(arguments[i] + 6);
-            m_demo = m_soakEvery > 0;
+            m_demo = m_demo || m_soakEvery > 0;
         } else if (_wcsnicmp(arguments[i], L"-visits:", 8) == 0) {
             m_visitLimit = _wtol(arguments[i] + 8);
         }
