@@ -1,7 +1,7 @@
 // What one operation of a customer's visit leaves behind: each of the kiosk's operations repeated on
-// its own (a dialog with one control of each kind made, drawn and deleted, a font, a sound board, a
-// scene switch, players, an input-method composition through the library's window), with the private
-// bytes, working set, handles and GDI/USER objects gained per operation after a warm-up.
+// its own (a dialog with one control of each kind made, drawn and deleted, players, a serial chunk, a
+// font, a sound board, a scene switch, an input-method composition through the library's window), with
+// the private bytes, working set, handles and GDI/USER objects gained per operation after a warm-up.
 //   operation_loops [COUNT]       run beside the sample kiosk's files (build/mingw/bin)
 #include "BenchSupport.h"
 #include "GrowthSupport.h"
@@ -154,6 +154,12 @@ int wmain(int argc, wchar_t** argv) {
         ZQRenderMulti multi(&animate);
         for (int i = 0; i < 5; ++i)
             multi.Entry(L"sparkle", at, true, 1);
+    });
+    ZQSQUEUE queue;
+    Measure("serial chunk queued and taken", [&] {
+        unsigned char chunk[ZQSQUEUE::kChunkCapacity] = {'C'};
+        queue.push(chunk, 1);
+        queue.pop(chunk);
     });
     Measure("font made and deleted", [&] {
         ZQFont own(device);
