@@ -74,7 +74,7 @@ for round in 1 2 3; do
         'BEGIN { printf "mpg123 (native), round %d: 180 s in %.3f s, %.0f seconds decoded per second\n", round, wall, 180 / wall }'
 done | tee "$logs/mpg123.txt"
 bench serial_bench COM7 COM8 1
-bench operation_loops 200
+bench operation_loops 1000
 bench platform_leaks 400
 load_after=$(cut -d' ' -f1-3 /proc/loadavg)
 
