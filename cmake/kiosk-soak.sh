@@ -117,25 +117,28 @@ END {
 }' "$table" | tee "$out/summary.txt"
 status=${PIPESTATUS[0]}
 
+# The plot: memory gained since the first sample after the warm-up (top), and the counts (bottom).
 if command -v gnuplot >/dev/null; then
+    read -r ws0 private0 rss0 < <(awk -F'\t' -v warmup="$warmup" 'NR > 1 && $1 >= warmup { print $4, $5, $6; exit }' "$table")
     gnuplot <<EOF
-set terminal pngcairo size 900,560 font ",10"
+set terminal pngcairo size 900,640 font ",10"
 set output "$out/soak.png"
-set title "Sample kiosk, $visits visits of its demo: memory (left) and handles and GUI objects (right)"
-set xlabel "visits"
-set ylabel "MB"
-set y2label "count"
-set ytics nomirror
-set y2tics
-set key outside bottom center horizontal
 set datafile separator "\t"
-set arrow from $warmup, graph 0 to $warmup, graph 1 nohead dashtype 2
-plot "$table" skip 1 using 1:(\$4/1024) with lines lw 2 title "working set", \
-     "" skip 1 using 1:(\$5/1024) with lines lw 2 title "private bytes", \
-     "" skip 1 using 1:(\$6/1024) with lines lw 2 title "resident (Linux)", \
-     "" skip 1 using 1:7 axes x1y2 with lines title "handles", \
-     "" skip 1 using 1:8 axes x1y2 with lines title "GDI objects", \
-     "" skip 1 using 1:9 axes x1y2 with lines title "USER objects"
+set multiplot layout 2,1 title "Sample kiosk, $visits visits of its demo, after the first $warmup"
+set xrange [$warmup:*]
+set key outside right top vertical
+set rmargin at screen 0.8
+set ylabel "MB gained"
+plot "$table" skip 1 using 1:((\$4 - $ws0) / 1024) with lines lw 2 title "working set", \
+     "" skip 1 using 1:((\$5 - $private0) / 1024) with lines lw 2 title "private bytes", \
+     "" skip 1 using 1:((\$6 - $rss0) / 1024) with lines lw 2 title "resident (Linux)"
+set xlabel "visits"
+set ylabel "count"
+set yrange [0:*]
+plot "$table" skip 1 using 1:7 with lines lw 2 title "handles", \
+     "" skip 1 using 1:8 with lines lw 2 title "GDI objects", \
+     "" skip 1 using 1:9 with lines lw 2 title "USER objects"
+unset multiplot
 EOF
     echo "plot: $out/soak.png"
 fi
