@@ -65,6 +65,8 @@ void KioskApp::ReadOptions() {
             m_demo = m_demo || m_soakEvery > 0;
         } else if (_wcsnicmp(arguments[i], L"-visits:", 8) == 0) {
             m_visitLimit = _wtol(arguments[i] + 8);
+        } else if (_wcsnicmp(arguments[i], L"-coinport:", 10) == 0) {
+            std::wcsncpy(m_coinPort, arguments[i] + 10, sizeof m_coinPort / sizeof m_coinPort[0] - 1);
         }
     }
     LocalFree(arguments);
@@ -85,11 +87,11 @@ void KioskApp::Start() {
     m_sound->Entry(L"Music", L"music.mp3");
     m_sound->Play(L"Music", false, 0, DSBPLAY_LOOPING);
 
-    m_freePlay = !m_acceptor.Open(L"COM7");
+    m_freePlay = _wcsicmp(m_coinPort, L"none") == 0 || !m_acceptor.Open(m_coinPort);
     if (m_freePlay)
-        Log(kScreenColour, L"No coin acceptor on COM7: free play");
+        Log(kScreenColour, L"No coin acceptor on %ls: free play", m_coinPort);
     else
-        Log(kCoinColour, L"Coin acceptor ready on COM7");
+        Log(kCoinColour, L"Coin acceptor ready on %ls", m_coinPort);
     Show(kAttract);
     if (m_demo) {
         std::printf("demo: the screens follow a script\n");

@@ -15,7 +15,8 @@ public:
     KioskApp();
     ~KioskApp() override;
 
-    /// Reads -demo, -screenshots:DIR, -soak:N and -visits:N (the frame reads the other options in Init).
+    /// Reads -demo, -screenshots:DIR, -soak:N, -visits:N and -coinport:NAME (the frame reads the other
+    /// options in Init).
     void ReadOptions();
     /// After CreateDevice: the screens, the sounds, the coin acceptor, the demo's script.
     void Start();
@@ -83,6 +84,8 @@ private:
     ZQ::ZQDialogNumber* m_credits = nullptr;
     ZQ::ZQSound* m_sound = nullptr;
     CoinAcceptor m_acceptor;
+    // -coinport:NAME: the acceptor's port; "none" for free play without one.
+    wchar_t m_coinPort[32] = L"COM7";
     long m_coinsCounted = 0;
     unsigned m_creditCount = 0;
     bool m_freePlay = true;

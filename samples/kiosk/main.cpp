@@ -2,11 +2,14 @@
 // coin acceptor on COM7, music and clicks, and its own cursor. The artwork, animations, path and
 // sounds are made by the build beside the program.
 //
-//   kiosk.exe [-windowed] [-demo] [-screenshots:DIR] [-soak:N] [-visits:N] [-quitafterframe:N] [-constantframetime:S]
+//   kiosk.exe [-windowed] [-demo] [-screenshots:DIR] [-soak:N] [-visits:N] [-coinport:NAME]
+//             [-quitafterframe:N] [-constantframetime:S]
 //
 // -demo plays a customer's visit by script (see KioskApp::DemoStep); -screenshots:DIR does too and
 // saves one PNG of each screen there, printing each path. -soak:N plays the demo quietly and prints
-// the process's memory, handle and GDI/USER object counts every N visits (scripts/soak.sh reads them); -visits:N ends the kiosk after N visits.
+// the process's memory, handle and GDI/USER object counts every N visits (scripts/soak.sh reads them);
+// -visits:N ends the kiosk after N visits; -coinport:NAME names the coin acceptor's port (COM7, or
+// "none" for free play).
 #include "Kiosk.h"
 
 #include <cstdio>
