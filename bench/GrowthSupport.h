@@ -14,8 +14,7 @@ inline void PrintGrowthHeader() {
 
 /// Runs operation count / 2 times to warm up, then count times, and prints the private bytes and
 /// working set gained per operation and the handles and GDI/USER objects gained in all.
-template <typename Operation>
-void MeasureGrowth(const char* what, int count, Operation operation) {
+template <typename Operation> void MeasureGrowth(const char* what, int count, Operation operation) {
     for (int i = 0; i < count / 2; ++i)
         operation();
     const kiosk::ProcessCounters before = kiosk::SampleProcessCounters();

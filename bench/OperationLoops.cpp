@@ -132,30 +132,29 @@ int wmain(int argc, wchar_t** argv) {
     Add("dialog with a static", dialogWith([&](ZQDialog& d) { d.AddStatic(1, font, L"Hello", text, white, 0); }));
     Add("dialog with an edit box", dialogWith([&](ZQDialog& d) { d.AddEditBox(1, font, text, white, 0); }));
     Add("dialog with a list box of 40 lines", dialogWith([&](ZQDialog& d) {
-                d.AddListBox(1, font, text);
-                for (int i = 0; i < 40; ++i)
-                    d.GetListBox(1)->SetText(L"Coin accepted", white);
-            }));
+            d.AddListBox(1, font, text);
+            for (int i = 0; i < 40; ++i)
+                d.GetListBox(1)->SetText(L"Coin accepted", white);
+        }));
     Add("dialog with a button", dialogWith([&](ZQDialog& d) {
-                d.AddButton(1, L"coin", L"coin", L"star", L"coin", at, true);
-                d.GetButton(1)->SetSound(L"Click", nullptr);
-            }));
-    Add("dialog with a check box", dialogWith([&](ZQDialog& d) {
-                d.AddCheckBox(1, L"coin", L"star", L"coin", L"coin", at, false);
-            }));
+            d.AddButton(1, L"coin", L"coin", L"star", L"coin", at, true);
+            d.GetButton(1)->SetSound(L"Click", nullptr);
+        }));
+    Add("dialog with a check box",
+        dialogWith([&](ZQDialog& d) { d.AddCheckBox(1, L"coin", L"star", L"coin", L"coin", at, false); }));
     Add("dialog with a radio group of two", dialogWith([&](ZQDialog& d) {
-                d.AddRadioButton(1, 1, L"arrow", L"star", L"arrow", L"arrow", at, true, false);
-                d.AddRadioButton(2, 1, L"arrow", L"star", L"arrow", L"arrow", at, false, false);
-            }));
+            d.AddRadioButton(1, 1, L"arrow", L"star", L"arrow", L"arrow", at, true, false);
+            d.AddRadioButton(2, 1, L"arrow", L"star", L"arrow", L"arrow", at, false, false);
+        }));
     Add("dialog with a number", dialogWith([&](ZQDialog& d) { d.AddNumber(1, L"digit", at, 4.0f, DT_CENTER); }));
     Add("dialog with a gauge and a time gauge", dialogWith([&](ZQDialog& d) {
-                d.AddGauge(1, L"marker", L"track_up", track, 8.0f);
-                d.AddTimeGauge(2, L"marker", L"track_up", track, 3.0f);
-            }));
+            d.AddGauge(1, L"marker", L"track_up", track, 8.0f);
+            d.AddTimeGauge(2, L"marker", L"track_up", track, 3.0f);
+        }));
     Add("dialog with a time bar and a progress bar", dialogWith([&](ZQDialog& d) {
-                d.AddTimeBar(1, L"bar", L"barframe", at, frame, 3.0f, 1);
-                d.AddProgress(2, L"bar", at, 10.0f, 1);
-            }));
+            d.AddTimeBar(1, L"bar", L"barframe", at, frame, 3.0f, 1);
+            d.AddProgress(2, L"bar", at, 10.0f, 1);
+        }));
     Add("players: a single and a multi of five", [&] {
         ZQRenderSingle single(&animate);
         single.Entry(L"coin_spin", at, true, -1, false);
@@ -175,10 +174,13 @@ int wmain(int argc, wchar_t** argv) {
                   ANTIALIASED_QUALITY, 0);
     });
     Add("click played", [&] { sound.Play(L"Click", true, 0, 0); });
-    Add("sound board with a wave, made and deleted", [&] {
-        ZQSound own(app.GethWnd(), DSSCL_PRIORITY);
-        own.Entry(L"Click", L"click.wav");
-    }, g_count / 4 > 0 ? g_count / 4 : 1);
+    Add(
+        "sound board with a wave, made and deleted",
+        [&] {
+            ZQSound own(app.GethWnd(), DSSCL_PRIORITY);
+            own.Entry(L"Click", L"click.wav");
+        },
+        g_count / 4 > 0 ? g_count / 4 : 1);
 
     // Two screens, each with a dialog and an edit box, switched as the main loop switches them.
     auto* first = new DialogScene(&sprite, font);

@@ -17,8 +17,7 @@ namespace {
 
 int g_count = 400;
 
-template <typename Operation>
-void Measure(const char* what, Operation operation) {
+template <typename Operation> void Measure(const char* what, Operation operation) {
     bench::MeasureGrowth(what, g_count, operation);
 }
 
@@ -58,8 +57,8 @@ void InputMethod() {
     windowClass.hInstance = GetModuleHandleW(nullptr);
     windowClass.lpszClassName = L"platform_leaks";
     RegisterClassW(&windowClass);
-    HWND window = CreateWindowW(L"platform_leaks", L"platform_leaks", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 320,
-                                240, nullptr, nullptr, windowClass.hInstance, nullptr);
+    HWND window = CreateWindowW(L"platform_leaks", L"platform_leaks", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 320, 240,
+                                nullptr, nullptr, windowClass.hInstance, nullptr);
     Pump();
     g_keepComposition = false;
     Measure("composition, default handling", [&] { Compose(window); });
@@ -85,8 +84,8 @@ DWORD Transfer(HANDLE port, unsigned char* bytes, DWORD count, bool write) {
     OVERLAPPED overlapped = {};
     overlapped.hEvent = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     DWORD done = 0;
-    const BOOL ok = write ? WriteFile(port, bytes, count, &done, &overlapped)
-                          : ReadFile(port, bytes, count, &done, &overlapped);
+    const BOOL ok =
+        write ? WriteFile(port, bytes, count, &done, &overlapped) : ReadFile(port, bytes, count, &done, &overlapped);
     if (!ok && GetLastError() == ERROR_IO_PENDING)
         GetOverlappedResult(port, &overlapped, &done, TRUE);
     CloseHandle(overlapped.hEvent);

@@ -5,9 +5,9 @@
 #                 [--coins] [--max-private-kb KB] [--max-resident-kb KB] [--max-objects N]
 # Every --every visits the kiosk prints its working set, private bytes, handles, GDI/USER objects and
 # coins counted; this script adds the resident size Linux counts for the process (Wine's own Unix-side
-# memory included). With --coins, a coin drops every half second on the serial line's other end (COM8). The
-# out directory gets soak.tsv, soak.png (when gnuplot is there) and summary.txt. After the warm-up,
-# memory growth is the least-squares slope per 1,000 visits, and again by the thirds: the median of
+# memory included). With --coins, the kiosk opens COM7 and a coin drops every half second on the
+# line's other end; without, it opens no port. The out directory gets soak.tsv, soak.png (when
+# gnuplot is there) and summary.txt. After the warm-up, memory growth is the least-squares slope per 1,000 visits, and again by the thirds: the median of
 # the last third of the samples less the median of the first third, per 1,000 visits between them
 # (a sample taken while a thread's stack or a cache comes and goes moves neither). A count's rise is
 # the lowest value of the last third less the lowest of the first. The bounds apply to those: private
@@ -42,7 +42,7 @@ mkdir -p "$out"
 table=$out/soak.tsv
 peer=""
 trap '[ -n "$peer" ] && kill "$peer" 2>/dev/null' EXIT
-# Without coins the kiosk opens no port: under Wine an open serial line keeps memory by itself.
+# Under Wine an open serial port keeps memory by the clock, coins or not: without coins, no port.
 port=none
 if $coins; then
     port=COM7
@@ -60,7 +60,8 @@ kiosk_pid() {
 
 printf 'visits\tframes\tseconds\tworking_set_kb\tprivate_kb\trss_kb\thandles\tgdi\tuser\tcoins\n' >"$table"
 start=$(date +%s)
-# Each report line (the kiosk plays one visit more, so that the last is not read while it ends), with the resident size of the kiosk's process read at once.
+# Each report line, with the resident size of the kiosk's process read at once (the kiosk plays one
+# visit more, so that the last is not read while it ends).
 (cd "$bin" && ZQ_WINE_STATE=$state "$root/cmake/wine-run.sh" kiosk.exe -windowed -noerrormsgboxes \
     -constantframetime:0.1 "-soak:$every" "-visits:$((visits + 1))" "-coinport:$port" 2>/dev/null) |
     while read -r line; do

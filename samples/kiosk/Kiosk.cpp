@@ -169,9 +169,10 @@ const KioskApp::LogLine& KioskApp::LogAt(int index) const {
 
 void KioskApp::ReportSoak() {
     const kiosk::ProcessCounters counters = kiosk::SampleProcessCounters();
-    std::printf("soak: visits %ld frames %d working-set-kb %llu private-kb %llu handles %lu gdi %lu user %lu coins %ld\n",
-                m_visits, GetCurrentFrameNumber(), counters.workingSetKb, counters.privateKb, counters.handles,
-                counters.gdiObjects, counters.userObjects, m_coinsCounted);
+    std::printf(
+        "soak: visits %ld frames %d working-set-kb %llu private-kb %llu handles %lu gdi %lu user %lu coins %ld\n",
+        m_visits, GetCurrentFrameNumber(), counters.workingSetKb, counters.privateKb, counters.handles,
+        counters.gdiObjects, counters.userObjects, m_coinsCounted);
     std::fflush(stdout);
 }
 

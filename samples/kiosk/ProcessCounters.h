@@ -35,13 +35,11 @@ inline unsigned long long CommittedPrivateBytes() {
     return total;
 }
 
-template <typename Function>
-Function SystemFunction(const wchar_t* module, const char* name) {
+template <typename Function> Function SystemFunction(const wchar_t* module, const char* name) {
     return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(module), name)));
 }
 
-template <typename Function>
-Function NtFunction(const char* name) {
+template <typename Function> Function NtFunction(const char* name) {
     return SystemFunction<Function>(L"ntdll.dll", name);
 }
 
@@ -49,8 +47,8 @@ Function NtFunction(const char* name) {
 // headers declare (Wine's, used by the MSVC-ABI build, have none of them).
 struct MemoryCounters {
     DWORD cb, pageFaultCount;
-    SIZE_T peakWorkingSetSize, workingSetSize, quotaPeakPagedPoolUsage, quotaPagedPoolUsage,
-        quotaPeakNonPagedPoolUsage, quotaNonPagedPoolUsage, pagefileUsage, peakPagefileUsage, privateUsage;
+    SIZE_T peakWorkingSetSize, workingSetSize, quotaPeakPagedPoolUsage, quotaPagedPoolUsage, quotaPeakNonPagedPoolUsage,
+        quotaNonPagedPoolUsage, pagefileUsage, peakPagefileUsage, privateUsage;
 };
 const DWORD kGdiObjects = 0, kUserObjects = 1;
 
