@@ -3,16 +3,17 @@
 # process grew. Used by scripts/soak.sh and by the suite's short soak (kiosk_soak).
 #   kiosk-soak.sh --state DIR --bin DIR --out DIR --visits N --every N --warmup N
 #                 [--coins] [--max-private-kb KB] [--max-resident-kb KB] [--max-objects N]
-# Every --every visits the kiosk prints its working set, private bytes, handles, GDI/USER objects and
-# coins counted; this script adds the resident size Linux counts for the process (Wine's own Unix-side
-# memory included). With --coins, the kiosk opens COM7 and a coin drops every half second on the
-# line's other end; without, it opens no port. The out directory gets soak.tsv, soak.png (when
-# gnuplot is there) and summary.txt. After the warm-up, memory growth is the least-squares slope per 1,000 visits, and again by the thirds: the median of
-# the last third of the samples less the median of the first third, per 1,000 visits between them
-# (a sample taken while a thread's stack or a cache comes and goes moves neither). A count's rise is
-# the lowest value of the last third less the lowest of the first. The bounds apply to those: private
-# bytes and the resident sizes (working set and Linux's) in KB per 1,000 visits by the thirds, and the
-# counts' rise; exits 1 when one is exceeded.
+# Every --every visits the kiosk prints its working set, private bytes, handles, GDI/USER objects
+# and coins counted; this script adds the resident size Linux counts for the process (Wine's own
+# Unix-side memory included). With --coins, the kiosk opens COM7 and a coin drops every half second on
+# the line's other end; without, it opens no port. The out directory gets soak.tsv, soak.png (when
+# gnuplot is there) and summary.txt.
+# After the warm-up, memory growth is the least-squares slope per 1,000 visits, and again by the
+# thirds: the median of the last third of the samples less that of the first third, per 1,000 visits
+# between them (a sample taken while a thread's stack or a cache comes and goes moves neither). A
+# count's rise is the lowest value of the last third less the lowest of the first. The bounds apply to
+# those: private bytes and the resident sizes (working set and Linux's) in KB per 1,000 visits by the
+# thirds, and the counts' rise; exits 1 when one is exceeded.
 set -u
 coins=false
 max_private=""
