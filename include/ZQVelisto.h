@@ -71,6 +71,10 @@
 #include "ZQ/sound/ZQWaveFile.h"
 
 #include "ZQ/threed/ZQ3DCamera.h"
+#include "ZQ/threed/ZQ3DObject.h"
+#include "ZQ/threed/ZQ3DObjectChunk.h"
+#include "ZQ/threed/ZQ3DRenderMulti.h"
+#include "ZQ/threed/ZQ3DRenderSingle.h"
 #include "ZQ/threed/ZQ3DSpline.h"
 
 #include "ZQ/serial/ZQRS232.h"

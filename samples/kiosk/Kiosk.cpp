@@ -18,7 +18,7 @@ namespace {
 const wchar_t* const kScreenNames[kScreenCount] = {L"Attract", L"Menu", L"Name", L"Play"};
 const wchar_t* const kShotNames[kScreenCount] = {L"attract", L"menu", L"name", L"play"};
 // The frame of each screen's turn in the demo on which its screenshot is taken.
-const int kShotFrame[kScreenCount] = {15, 15, 14, 25};
+const int kShotFrame[kScreenCount] = {15, 15, 14, 28};
 const D3DXCOLOR kCoinColour(1.0f, 0.85f, 0.3f, 1.0f);
 const D3DXCOLOR kScreenColour(0.7f, 0.8f, 1.0f, 1.0f);
 
@@ -222,6 +222,9 @@ HRESULT CALLBACK KioskApp::OnDeviceCreated(IDirect3DDevice9* device, const D3DSU
     app->m_sprite->Entry(L"kiosk.te");
     app->m_animate = new ZQAnimate(app->m_sprite);
     app->m_animate->Entry(L"kiosk.am");
+    // The prize of the play screen, a model with its own texture beside it.
+    app->m_models = new ZQ::_3D::ZQ3DObject(device);
+    app->m_models->Entry(L"prize", L"prize.x");
     // Fonts that ship beside the program: DejaVu Sans for titles and labels, VL Gothic (Latin and
     // Japanese) for the names typed and composed with the input method.
     app->m_fonts = new ZQFont(device);
@@ -273,6 +276,8 @@ void KioskApp::ReleaseShared() {
     m_fonts = nullptr;
     delete m_animate;
     m_animate = nullptr;
+    delete m_models;
+    m_models = nullptr;
     delete m_sprite;
     m_sprite = nullptr;
 }

@@ -25,6 +25,7 @@ public:
     ZQ::ZQSprite* Sprite() { return m_sprite; }
     ZQ::ZQAnimate* Animate() { return m_animate; }
     ZQ::ZQSpline* Paths() { return m_paths; }
+    ZQ::_3D::ZQ3DObject* Models() { return m_models; }
     ZQ::ZQSound* Sound() { return m_sound; }
     ID3DXFont* TextFont() { return m_fonts ? m_fonts->Get(kTextFont) : nullptr; }
     ID3DXFont* NameFont() { return m_fonts ? m_fonts->Get(kNameFont) : nullptr; }
@@ -78,6 +79,7 @@ private:
 
     ZQ::ZQSprite* m_sprite = nullptr;
     ZQ::ZQAnimate* m_animate = nullptr;
+    ZQ::_3D::ZQ3DObject* m_models = nullptr;
     ZQ::ZQSpline* m_paths = nullptr;
     ZQ::ZQFont* m_fonts = nullptr;
     ZQ::ZQCursor* m_cursor = nullptr;

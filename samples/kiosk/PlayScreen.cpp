@@ -1,6 +1,7 @@
 // The round: hit the coin (click it, or press Space) to score. The score counter is drawn with the
 // digit chunks; a gauge climbs with the hits towards a bonus; a time gauge and a time bar run for the
-// round's length, and the time bar's event ends the round.
+// round's length, and the time bar's event ends the round. A 3D prize turns beside the coin and opens
+// on the bonus, while the camera shakes.
 #include "Screens.h"
 
 #include <cwchar>
@@ -42,6 +43,32 @@ void PlayScreen::Build() {
     m_dialog->AddTimeBar(kTime, L"bar", L"barframe", bar, frame, m_app.Demo() ? kDemoRoundSeconds : kRoundSeconds, 1);
     m_over = false;
     m_demoHitTime = 0.0f;
+
+    // Left of the coin, its hinge at the back, seen a little from above; the camera stays at the origin
+    // looking along +z.
+    m_camera = new _3D::ZQ3DCamera(m_app.GetDevice());
+    m_prize = new _3D::ZQ3DRenderSingle(m_app.Models());
+    if (m_prize->Entry(L"prize", D3DXVECTOR3(-2.9f, -0.9f, 12.0f))) {
+        m_prize->SetRotation(D3DX_PI, 0.35f, 0.0f);
+        m_prize->Play(L"Spin", -1, 0.0f);
+    }
+    m_shake.SetAction(false);
+}
+
+void PlayScreen::Leave() {
+    delete m_prize;
+    m_prize = nullptr;
+    delete m_camera;
+    m_camera = nullptr;
+}
+
+void PlayScreen::Draw(IDirect3DDevice9* device, double time, float elapsed) {
+    if (!m_prize)
+        return;
+    m_camera->SetPosition(m_shake.GetPosition());
+    m_camera->BeginScene(elapsed);
+    m_prize->OnFrameRender(device, time, elapsed, nullptr);
+    m_camera->EndScene();
 }
 
 void PlayScreen::Hit() {
@@ -59,6 +86,10 @@ void PlayScreen::OnEvent(unsigned int id, int, int) {
         break;
     case kHits:
         m_dialog->GetNumber(kScore)->Plus(kBonusPoints);
+        if (m_prize) {
+            m_prize->Play(L"Open", 1, 0.25f);
+            m_shake.SetAction(true);
+        }
         m_app.Log(D3DXCOLOR(1.0f, 0.85f, 0.3f, 1.0f), L"Bonus for %ls", m_app.PlayerName());
         break;
     case kTime:
@@ -76,6 +107,7 @@ void PlayScreen::OnEvent(unsigned int id, int, int) {
 }
 
 void PlayScreen::Move(double, float elapsed) {
+    m_shake.SetTime(elapsed);
     if (!m_app.Demo())
         return;
     m_demoHitTime += elapsed;

@@ -51,15 +51,22 @@ protected:
 class PlayScreen : public KioskScreen {
 public:
     explicit PlayScreen(KioskApp& app);
+    ~PlayScreen() override { Leave(); }
     void __stdcall OnEvent(unsigned int id, int x, int y) override;
 
 protected:
     void Build() override;
     void Move(double time, float elapsed) override;
+    void Draw(IDirect3DDevice9* device, double time, float elapsed) override;
+    void Leave() override;
     void Key(UINT key) override;
 
 private:
     void Hit();
     float m_demoHitTime = 0.0f;
     bool m_over = false;
+    // The prize: a gift box that turns while the round runs and opens, with a jolt of the view, on the bonus.
+    ZQ::_3D::ZQ3DCamera* m_camera = nullptr;
+    ZQ::_3D::ZQ3DRenderSingle* m_prize = nullptr;
+    ZQ::_3D::ZQ3DQuake m_shake;
 };

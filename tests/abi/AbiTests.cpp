@@ -99,8 +99,8 @@ void ValuesAndTemplates() {
 void FilesBesideTheProgram() {
     ZQWaveFile wave;
     wchar_t click[] = L"click.wav";
-    CHECK(SUCCEEDED(wave.Open(click, nullptr, 1)) && wave.GetFormat() &&
-          wave.GetFormat()->nSamplesPerSec == 22050 && wave.GetSize() > 0);
+    CHECK(SUCCEEDED(wave.Open(click, nullptr, 1)) && wave.GetFormat() && wave.GetFormat()->nSamplesPerSec == 22050 &&
+          wave.GetSize() > 0);
     wave.Close();
 
     ZQSpline paths(L"kiosk.spl", 0x5A51, 1);
@@ -197,8 +197,8 @@ void SerialResponder() {
     ZQRS232 machine(&machineEvents);
     ZQRS232 acceptor;
     acceptor.SetResponse(&acceptorEvents);
-    bool open = machine.Open(L"COM7", 9600, 8, ONESTOPBIT, NOPARITY) &&
-                acceptor.Open(L"COM8", 9600, 8, ONESTOPBIT, NOPARITY);
+    bool open =
+        machine.Open(L"COM7", 9600, 8, ONESTOPBIT, NOPARITY) && acceptor.Open(L"COM8", 9600, 8, ONESTOPBIT, NOPARITY);
     CHECK(open && machineEvents.m_inits == 1 && acceptorEvents.m_inits == 1);
     CHECK(acceptor.GetResponse() == &acceptorEvents);
     unsigned char coin[3] = {0x02, 0x64, 0x03};
@@ -237,9 +237,20 @@ public:
         m_player = new ZQRenderSingle(m_animate);
         m_playerStarted = m_player->Entry(L"coin_spin", D3DXVECTOR3(40.0f, 150.0f, 0.0f), true, -1, true);
         m_playerCopy = new ZQRenderSingle(*m_player);
+        m_models = new _3D::ZQ3DObject(device);
+        m_camera = new _3D::ZQ3DCamera(device);
+        m_prize = new _3D::ZQ3DRenderSingle(m_models);
+        m_prizePlaying = m_models->Entry(L"prize", L"prize.x") && m_prize->Entry(L"PRIZE", D3DXVECTOR3(0, 0, 8)) &&
+                         m_prize->Play(L"Open", 1, 0.1f) && !m_prize->Play(L"Dance", 1, 0.0f);
         return S_OK;
     }
     void OnDestroyDevice(void*) override {
+        delete m_prize;
+        m_prize = nullptr;
+        delete m_camera;
+        m_camera = nullptr;
+        delete m_models;
+        m_models = nullptr;
         delete m_playerCopy;
         m_playerCopy = nullptr;
         delete m_player;
@@ -267,6 +278,11 @@ public:
             m_dialog->GetNumber(2)->Plus(5000000000ULL);
             m_number = m_dialog->GetNumber(2)->GetNumber();
             m_playerName = m_playerCopy->GetName() == L"coin_spin" && !m_playerCopy->empty();
+            // Half a second on, a copy's lid has turned up about its hinge.
+            D3DXMATRIX lid;
+            _3D::ZQ3DRenderSingle copy(*m_prize);
+            copy.OnFrameRender(nullptr, time, 0.5f, nullptr);
+            m_lidRises = copy.GetFrameMatrix(L"Lid", &lid) && !copy.empty() && lid._22 < 0.99f;
         }
         m_dialog->OnFrameMove(device, time, elapsed, context);
     }
@@ -276,6 +292,9 @@ public:
             m_dialog->OnFrameRender(device, time, elapsed, context);
             m_player->OnFrameRender(device, time, elapsed, context);
             m_playerCopy->OnFrameRender(device, time, elapsed, context);
+            m_camera->BeginScene(elapsed);
+            m_prize->OnFrameRender(device, time, elapsed, context);
+            m_camera->EndScene();
             device->EndScene();
         }
     }
@@ -291,6 +310,11 @@ public:
     ZQAnimate* m_animate = nullptr;
     ZQRenderSingle* m_player = nullptr;
     ZQRenderSingle* m_playerCopy = nullptr;
+    _3D::ZQ3DObject* m_models = nullptr;
+    _3D::ZQ3DCamera* m_camera = nullptr;
+    _3D::ZQ3DRenderSingle* m_prize = nullptr;
+    bool m_prizePlaying = false;
+    bool m_lidRises = false;
     bool m_playerStarted = false;
     bool m_playerName = false;
     unsigned __int64 m_number = 0;
@@ -333,6 +357,7 @@ void ApplicationAndDialog() {
     CHECK(screen->m_barLength == 4.0f);
     CHECK(screen->m_number == 5000000000ULL);
     CHECK(screen->m_playerStarted && screen->m_playerName);
+    CHECK(screen->m_prizePlaying && screen->m_lidRises);
     CHECK(app.GetDevice() == nullptr || app.GetDevice() == app.GetD3DDevice());
 }
 

@@ -1,0 +1,382 @@
+// Models from .x files through the DLL: poses at given times against hand-computed matrices, both
+// forms of a file, the format's awkward cases, pixels of drawn and skinned models, picking, resets,
+// threads and hostile files. The models are written by make_test_models.
+#include "twod/TextureTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <string>
+#include <vector>
+
+using namespace twodtest;
+using ZQ::_3D::ZQ3DCamera;
+using ZQ::_3D::ZQ3DObject;
+using ZQ::_3D::ZQ3DRenderMulti;
+using ZQ::_3D::ZQ3DRenderSingle;
+
+namespace {
+
+const float kRoot = 0.70710678f;
+
+// Draws under a camera at the origin looking along +z; after runs once the camera has ended.
+void Draw(const std::function<void()>& draw, const std::function<void()>& after = nullptr) {
+    Device()->Clear(0, nullptr, D3DCLEAR_TARGET | D3DCLEAR_ZBUFFER, 0, 1.0f, 0);
+    Device()->BeginScene();
+    ZQ3DCamera camera(Device());
+    camera.BeginScene(0.0f);
+    draw();
+    camera.EndScene();
+    if (after)
+        after();
+    EndFrame();
+}
+
+// Where a world point lands on the screen, under the camera Draw uses.
+POINT Screen(const D3DXVECTOR3& world) {
+    D3DVIEWPORT9 viewport;
+    D3DXMATRIX view, projection, identity;
+    Device()->GetViewport(&viewport);
+    Device()->GetTransform(D3DTS_VIEW, &view);
+    Device()->GetTransform(D3DTS_PROJECTION, &projection);
+    D3DXMatrixIdentity(&identity);
+    D3DXVECTOR3 out;
+    D3DXVec3Project(&out, &world, &viewport, &projection, &view, &identity);
+    return POINT{static_cast<LONG>(out.x), static_cast<LONG>(out.y)};
+}
+
+// Advanced without drawing: a null device draws nothing.
+void Advance(ZQ3DRenderSingle& player, float seconds) {
+    player.OnFrameRender(nullptr, 0.0, seconds, nullptr);
+}
+
+// The translation row of a frame's world matrix.
+D3DXVECTOR3 Origin(ZQ3DRenderSingle& player, const wchar_t* frame) {
+    D3DXMATRIX m;
+    EXPECT_TRUE(player.GetFrameMatrix(frame, &m)) << frame;
+    return D3DXVECTOR3(m._41, m._42, m._43);
+}
+
+// One store for the program, with every model the tests draw.
+class Models : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        store = new ZQ3DObject(Device());
+        for (const wchar_t* name :
+             {L"box", L"textured-box", L"arm", L"arm-bin", L"skin", L"skin-bin", L"box-bin64", L"long-names", L"wide"})
+            ASSERT_TRUE(store->Entry(name, Data(std::wstring(name) + L".x").c_str())) << name;
+    }
+    static void TearDownTestSuite() { delete store; }
+
+    static ZQ3DObject* store;
+};
+
+ZQ3DObject* Models::store = nullptr;
+
+void ExpectNear(const D3DXVECTOR3& actual, const D3DXVECTOR3& expected, const std::string& what) {
+    EXPECT_NEAR(actual.x, expected.x, 1e-4f) << what;
+    EXPECT_NEAR(actual.y, expected.y, 1e-4f) << what;
+    EXPECT_NEAR(actual.z, expected.z, 1e-4f) << what;
+}
+
+} // namespace
+
+// arm.x: Arm at (1, 0, 0) with Forearm 2 above it. "Wave" (100 ticks a second, 1 s) turns Arm 90° about z
+// while moving it to (3, 0, 0) and swells Forearm to twice its size at 0.5 s; "Slide" (2 s) moves Arm up
+// by 4 through matrix keys; "Late" has its keys written out of order.
+TEST_F(Models, PosesAtTimesMatchHandComputedMatrices) {
+    struct Case {
+        const char* what;
+        std::function<void(ZQ3DRenderSingle&)> run;
+        D3DXVECTOR3 forearm;
+        float forearmScale;
+    };
+    const float s45 = kRoot * 2.0f; // the forearm's offset of 2 turned by 45°: (-s45, s45)
+    const Case cases[] = {
+        {"rest pose", [](ZQ3DRenderSingle&) {}, {1, 2, 0}, 1},
+        {"rotation, position and scale keys halfway",
+         [](ZQ3DRenderSingle& p) { p.Play(L"Wave", 1, 0), Advance(p, 0.5f); },
+         {2 - s45, s45, 0},
+         2},
+        {"played once: the last key's pose is held",
+         [](ZQ3DRenderSingle& p) { p.Play(L"Wave", 1, 0), Advance(p, 5.0f); },
+         {1, 0, 0},
+         1},
+        {"looped: 1.25 s is 0.25 s",
+         [](ZQ3DRenderSingle& p) { p.Play(L"Wave", -1, 0), Advance(p, 1.25f); },
+         {1.5f - 2 * std::sin(0.3926991f), 2 * std::cos(0.3926991f), 0},
+         1.5f},
+        {"speed 2: 0.25 s is 0.5 s",
+         [](ZQ3DRenderSingle& p) { p.Play(L"Wave", 1, 0), p.SetSpeed(2), Advance(p, 0.25f); },
+         {2 - s45, s45, 0},
+         2},
+        {"matrix keys", [](ZQ3DRenderSingle& p) { p.Play(L"Slide", 1, 0), Advance(p, 1.0f); }, {1, 4, 0}, 1},
+        {"keys out of order are sorted",
+         [](ZQ3DRenderSingle& p) { p.Play(L"Late", 1, 0), Advance(p, 0.5f); },
+         {3, 2, 0},
+         1},
+        // Wave ends (R90, at (3, 0, 0)) while Slide reaches (1, 1, 0); halfway: R45 at (2, 0.5, 0).
+        {"blend halfway from the previous animation, which keeps running",
+         [](ZQ3DRenderSingle& p) {
+             p.Play(L"Wave", 1, 0), Advance(p, 0.5f), p.Play(L"Slide", -1, 1.0f), Advance(p, 0.5f);
+         },
+         {2 - s45, 0.5f + s45, 0},
+         1},
+        {"placement: moved, turned a quarter about y and scaled by 2",
+         [](ZQ3DRenderSingle& p) { p.SetMove(D3DXVECTOR3(0, 0, 10)), p.SetRotation(D3DX_PI / 2, 0, 0), p.SetScale(2); },
+         {0, 4, 8},
+         2},
+    };
+    for (const Case& c : cases) {
+        ZQ3DRenderSingle player(store);
+        ASSERT_TRUE(player.Entry(L"ARM", D3DXVECTOR3(0, 0, 0))) << "names are case-insensitive";
+        c.run(player);
+        ExpectNear(Origin(player, L"Forearm"), c.forearm, c.what);
+        D3DXMATRIX m;
+        player.GetFrameMatrix(L"forearm", &m);
+        EXPECT_NEAR(D3DXVec3Length(reinterpret_cast<D3DXVECTOR3*>(&m._11)), c.forearmScale, 1e-4f) << c.what;
+    }
+}
+
+TEST_F(Models, PlayersRefuseWhatTheyDoNotKnowAndChangeNothing) {
+    ZQ3DRenderSingle player(store);
+    EXPECT_TRUE(player.empty());
+    EXPECT_FALSE(player.Play(L"Wave", 1, 0)) << "no model placed";
+    EXPECT_FALSE(player.Entry(L"no such model", D3DXVECTOR3(0, 0, 0)));
+    EXPECT_TRUE(player.empty());
+    ASSERT_TRUE(player.Entry(L"arm", D3DXVECTOR3(0, 0, 0)));
+    EXPECT_FALSE(player.empty()) << "a model in its rest pose is placed";
+    ASSERT_TRUE(player.Play(L"wave", 1, 0));
+    Advance(player, 0.5f);
+    EXPECT_FALSE(player.Play(L"Dance", 1, 0));
+    EXPECT_FALSE(player.Entry(L"gone", D3DXVECTOR3(9, 9, 9)));
+    ExpectNear(Origin(player, L"Forearm"), {2 - 2 * kRoot, 2 * kRoot, 0}, "the pose after refusals");
+    EXPECT_FALSE(player.GetFrameMatrix(L"Elbow", nullptr));
+    EXPECT_FALSE(player.IsFinished());
+    Advance(player, 0.5f);
+    EXPECT_TRUE(player.IsFinished());
+    EXPECT_FLOAT_EQ(store->GetAnimationLength(L"arm", L"Slide"), 2.0f);
+    EXPECT_EQ(store->GetAnimationLength(L"arm", L"Dance"), -1.0f);
+    player.clear();
+    EXPECT_TRUE(player.empty());
+    EXPECT_EQ(store->Trans(L"no such model"), nullptr);
+    EXPECT_FALSE(store->Entry(L"missing", L"no-such-file.x"));
+    EXPECT_EQ(store->Trans(L"missing"), nullptr);
+
+    ZQ3DRenderMulti multi(store);
+    EXPECT_FALSE(multi.Entry(L"arm", D3DXVECTOR3(0, 0, 0), L"Dance", 1));
+    EXPECT_FALSE(multi.Entry(L"nothing", D3DXVECTOR3(0, 0, 0), nullptr, 1));
+    EXPECT_TRUE(multi.empty());
+    EXPECT_TRUE(multi.Entry(L"arm", D3DXVECTOR3(0, 0, 0), L"Wave", 1));
+    EXPECT_TRUE(multi.Entry(L"arm", D3DXVECTOR3(0, 0, 0), nullptr, 0));
+    multi.OnFrameRender(nullptr, 0.0, 3.0f, nullptr);
+    EXPECT_EQ(multi.size(), 2u) << "finished instances stay in their last pose";
+}
+
+TEST_F(Models, TextAndBinaryFormsGiveTheSamePoses) {
+    for (const wchar_t* pair : {L"arm", L"skin"}) {
+        const std::wstring binary = std::wstring(pair) + L"-bin";
+        ZQ::_3D::_ZQ3DObjectChunk_tag* text = store->Trans(pair);
+        ZQ::_3D::_ZQ3DObjectChunk_tag* bin = store->Trans(binary.c_str());
+        ASSERT_TRUE(text && bin);
+        EXPECT_EQ(text->frames, bin->frames);
+        EXPECT_EQ(text->vertices, bin->vertices);
+        EXPECT_EQ(text->triangles, bin->triangles);
+        EXPECT_EQ(text->bones, bin->bones);
+        EXPECT_EQ(text->animations, bin->animations);
+        ZQ3DRenderSingle a(store), b(store);
+        a.Entry(pair, D3DXVECTOR3(0, 0, 0));
+        b.Entry(binary.c_str(), D3DXVECTOR3(0, 0, 0));
+        const wchar_t* animation = text->bones ? L"Bend" : L"Wave";
+        a.Play(animation, -1, 0);
+        b.Play(animation, -1, 0);
+        for (int step = 0; step < 5; ++step) {
+            Advance(a, 0.17f);
+            Advance(b, 0.17f);
+            for (const wchar_t* frame : {L"Forearm", L"Bone1"}) {
+                D3DXMATRIX ma, mb;
+                if (!a.GetFrameMatrix(frame, &ma))
+                    continue;
+                ASSERT_TRUE(b.GetFrameMatrix(frame, &mb));
+                for (int i = 0; i < 16; ++i)
+                    EXPECT_NEAR(ma[i], mb[i], 1e-5f);
+            }
+        }
+    }
+    EXPECT_EQ(store->Trans(L"box-bin64")->triangles, store->Trans(L"box")->triangles) << "64-bit floats";
+}
+
+TEST_F(Models, LongNamesAndThreeHundredChildrenLoad) {
+    ZQ3DRenderSingle player(store);
+    const std::wstring longName = L"Frame_" + std::wstring(54, L'x');
+    ASSERT_TRUE(player.Entry(L"long-names", D3DXVECTOR3(0, 0, 0)));
+    ASSERT_TRUE(player.Play(L"Move", 1, 0)) << "the animation names its frame by all 60 characters";
+    Advance(player, 0.5f);
+    ExpectNear(Origin(player, longName.c_str()), {0, 0.5f, 0}, "the long-named frame animated");
+
+    EXPECT_EQ(store->Trans(L"wide")->frames, 302u) << "the root, Hub and its 300 children";
+    ASSERT_TRUE(player.Entry(L"wide", D3DXVECTOR3(0, 0, 0)));
+    ExpectNear(Origin(player, L"Child299"), {2.99f, 0, 0}, "the last child");
+}
+
+// box.x is a red cube of side 2, textured-box.x the same cube with a green texture.
+TEST_F(Models, DrawnModelsShowTheirMaterialAndTextureAndSpritesAfterThemAreUnchanged) {
+    ZQ3DRenderSingle red(store), green(store);
+    red.Entry(L"box", D3DXVECTOR3(-1.5f, 0, 6));
+    green.Entry(L"textured-box", D3DXVECTOR3(1.5f, 0, 6));
+    ZQ::ZQSprite sprite(Device());
+    sprite.Entry(L"ribbon", Data(L"box-texture.png").c_str(), false);
+    auto drawSprite = [&] {
+        D3DXVECTOR3 at(10, 10, 0);
+        D3DXCOLOR white(1, 1, 1, 1);
+        ASSERT_NE(sprite.Render(L"ribbon", at, white, 0), nullptr);
+    };
+    BeginFrame();
+    drawSprite();
+    EndFrame();
+    std::vector<D3DCOLOR> alone;
+    for (int y = 8; y < 28; ++y)
+        for (int x = 8; x < 28; ++x)
+            alone.push_back(BackBufferPixel(x, y));
+
+    Draw([&] {
+        red.OnFrameRender(Device(), 0.0, 0.0f, nullptr);
+        green.OnFrameRender(Device(), 0.0, 0.0f, nullptr);
+    });
+    const POINT r = Screen(D3DXVECTOR3(-1.5f, 0, 5)), g = Screen(D3DXVECTOR3(1.5f, 0, 5));
+    const D3DCOLOR redPixel = BackBufferPixel(r.x, r.y), greenPixel = BackBufferPixel(g.x, g.y);
+    EXPECT_GT(redPixel >> 16 & 0xFF, 200u) << std::hex << redPixel;
+    EXPECT_LT(redPixel & 0xFFFF, 0x2020u) << std::hex << redPixel;
+    EXPECT_GT(greenPixel >> 8 & 0xFF, 200u) << std::hex << greenPixel;
+    EXPECT_LT(greenPixel >> 16 & 0xFF, 0x20u) << std::hex << greenPixel;
+    EXPECT_EQ(BackBufferPixel(160, 10) & 0xFFFFFF, 0u) << "nothing above the boxes";
+
+    Draw([&] { red.OnFrameRender(Device(), 0.0, 0.0f, nullptr); }, drawSprite);
+    size_t i = 0;
+    for (int y = 8; y < 28; ++y)
+        for (int x = 8; x < 28; ++x, ++i)
+            ASSERT_EQ(BackBufferPixel(x, y), alone[i]) << "sprite pixel " << x << ", " << y << " after a model";
+}
+
+// skin.x: a bar from y 0 to 2 whose upper half follows Bone1; "Bend" turns Bone1 90° about z, so the
+// top end goes from (0, 2, 0) to (-1, 1, 0).
+TEST_F(Models, SkinnedMeshIsDeformedByItsBones) {
+    ZQ3DRenderSingle bar(store);
+    ASSERT_TRUE(bar.Entry(L"skin", D3DXVECTOR3(0, -1, 5)));
+    Draw([&] { bar.OnFrameRender(Device(), 0.0, 0.0f, nullptr); });
+    const POINT top = Screen(D3DXVECTOR3(0, 0.8f, 4.8f)), bent = Screen(D3DXVECTOR3(-0.8f, 0, 4.8f));
+    EXPECT_NE(BackBufferPixel(top.x, top.y) & 0xFFFFFF, 0u) << "the upright top";
+    EXPECT_EQ(BackBufferPixel(bent.x, bent.y) & 0xFFFFFF, 0u);
+
+    bar.Play(L"Bend", 1, 0);
+    Draw([&] { bar.OnFrameRender(Device(), 0.0, 1.0f, nullptr); });
+    EXPECT_EQ(BackBufferPixel(top.x, top.y) & 0xFFFFFF, 0u) << "the top has bent away";
+    EXPECT_NE(BackBufferPixel(bent.x, bent.y) & 0xFFFFFF, 0u) << "to the left";
+    float distance = 0;
+    EXPECT_TRUE(bar.HitTest(Device(), bent.x, bent.y, &distance)) << "picking sees the skinned pose";
+    EXPECT_FALSE(bar.HitTest(Device(), top.x, top.y, &distance));
+}
+
+TEST_F(Models, PickingFindsTheModelAndTheInstanceUnderAPoint) {
+    ZQ3DRenderSingle box(store);
+    box.Entry(L"box", D3DXVECTOR3(0, 0, 5));
+    Draw([&] { box.OnFrameRender(Device(), 0.0, 0.0f, nullptr); });
+    float distance = 0;
+    ASSERT_TRUE(box.HitTest(Device(), 160, 120, &distance));
+    EXPECT_NEAR(distance, 3.9f, 0.01f) << "from the near plane (0.1) to the front face (z 4)";
+    EXPECT_FALSE(box.HitTest(Device(), 5, 5, &distance));
+
+    ZQ3DRenderMulti multi(store);
+    multi.Entry(L"box", D3DXVECTOR3(-2, 0, 6), nullptr, 0);
+    multi.Entry(L"arm", D3DXVECTOR3(2, 0, 6), L"Wave", -1);
+    Draw([&] { multi.OnFrameRender(Device(), 0.0, 0.1f, nullptr); });
+    const POINT left = Screen(D3DXVECTOR3(-2, 0, 5)), arm = Screen(D3DXVECTOR3(3.2f, 0, 6));
+    EXPECT_EQ(multi.HitTest(Device(), left.x, left.y, &distance), 0);
+    EXPECT_EQ(multi.HitTest(Device(), arm.x, arm.y, &distance), 1);
+    EXPECT_EQ(multi.HitTest(Device(), 160, 5, &distance), -1);
+}
+
+TEST_F(Models, ModelsDrawAsBeforeAfterADeviceReset) {
+    ZQ3DRenderSingle box(store);
+    box.Entry(L"textured-box", D3DXVECTOR3(0, 0, 5));
+    ZQ::ZQVelisto* app = App();
+    app->SetDeviceLostFunc([](void* context) { static_cast<ZQ3DObject*>(context)->OnLostDevice(context); });
+    app->SetDeviceLostFuncUserContext(store);
+    app->SetDeviceResetFunc([](IDirect3DDevice9* device, const D3DSURFACE_DESC* desc, void* context) {
+        return static_cast<ZQ3DObject*>(context)->OnResetDevice(device, desc, context);
+    });
+    app->SetDeviceResetFuncUserContext(store);
+    std::vector<D3DCOLOR> seen;
+    for (int size : {400, 320}) {
+        Draw([&] { box.OnFrameRender(Device(), 0.0, 0.0f, nullptr); });
+        seen.push_back(BackBufferPixel(160, 120));
+        Resize(size, size * 3 / 4);
+    }
+    app->SetDeviceLostFunc(nullptr);
+    app->SetDeviceResetFunc(nullptr);
+    Draw([&] { box.OnFrameRender(Device(), 0.0, 0.0f, nullptr); });
+    EXPECT_GT(seen[0] >> 8 & 0xFF, 200u);
+    EXPECT_EQ(BackBufferPixel(160, 120), seen[0]) << "after two resets";
+}
+
+TEST_F(Models, ModelsLoadOnAWorkerWhileTheMainThreadDraws) {
+    struct Work {
+        ZQ3DObject* store;
+        int loaded = 0;
+    } work{store};
+    HANDLE thread = CreateThread(
+        nullptr, 0,
+        [](void* context) -> DWORD {
+            Work* w = static_cast<Work*>(context);
+            for (int i = 0; i < 40; ++i)
+                w->loaded += w->store->Entry((L"worker" + std::to_wstring(i)).c_str(),
+                                             Data(i % 2 ? L"skin-bin.x" : L"arm.x").c_str());
+            return 0;
+        },
+        &work, 0, nullptr);
+    ASSERT_NE(thread, nullptr);
+    ZQ3DRenderMulti multi(store);
+    multi.Entry(L"skin", D3DXVECTOR3(0, -1, 6), L"Bend", -1);
+    multi.Entry(L"arm", D3DXVECTOR3(1, 0, 6), L"Wave", -1);
+    int frames = 0;
+    while (WaitForSingleObject(thread, 0) == WAIT_TIMEOUT || frames < 10) {
+        Draw([&] { multi.OnFrameRender(Device(), 0.0, 0.05f, nullptr); });
+        ++frames;
+    }
+    CloseHandle(thread);
+    EXPECT_EQ(work.loaded, 40);
+    for (int i = 0; i < 40; ++i)
+        EXPECT_NE(store->Trans((L"worker" + std::to_wstring(i)).c_str()), nullptr) << i;
+}
+
+TEST(ModelFiles, HostileFilesAreRefusedOrLoadedSoundlyAndNeverCrash) {
+    ZQ3DObject store(Device());
+    WIN32_FIND_DATAW found;
+    HANDLE search = FindFirstFileW(Data(L"corpus\\*.x").c_str(), &found);
+    ASSERT_NE(search, INVALID_HANDLE_VALUE);
+    int files = 0, loaded = 0;
+    do {
+        const std::wstring name = found.cFileName;
+        const bool ok = store.Entry(name.c_str(), Data(L"corpus\\" + name).c_str());
+        ++files;
+        loaded += ok;
+        if (ok) {
+            // Whatever loads can be posed, drawn and picked.
+            ZQ3DRenderMulti players(&store);
+            ZQ::_3D::_ZQ3DObjectChunk_tag* chunk = store.Trans(name.c_str());
+            ASSERT_NE(chunk, nullptr);
+            players.Entry(name.c_str(), D3DXVECTOR3(0, 0, 5), nullptr, 0);
+            Draw([&] { players.OnFrameRender(Device(), 0.0, 0.3f, nullptr); });
+            float distance;
+            players.HitTest(Device(), 160, 120, &distance);
+        }
+        if (name.rfind(L"broken-index", 0) == 0 || name.rfind(L"broken-truncated", 0) == 0 ||
+            name.rfind(L"broken-compressed", 0) == 0) {
+            EXPECT_FALSE(ok) << std::string(name.begin(), name.end());
+        }
+    } while (FindNextFileW(search, &found));
+    FindClose(search);
+    EXPECT_GT(files, 20);
+    EXPECT_GT(loaded, 10) << "the valid models of the corpus";
+}
