@@ -11,7 +11,7 @@ rounds=${1:-5}
 scripts/setup.sh
 cmake --preset mingw >/dev/null
 cmake --build --preset mingw --target texture_load_bench sprite_render_bench animation_bench mp3_decode_bench \
-    serial_bench name_map_bench spline_load_bench operation_loops platform_leaks kiosk native_tools >/dev/null
+    serial_bench name_map_bench spline_load_bench model_bench operation_loops platform_leaks kiosk native_tools >/dev/null
 
 art=$build/bench-art
 if [ ! -f "$art/atlas.te" ]; then
@@ -33,6 +33,11 @@ if [ ! -f "$art/long.spl" ]; then
       awk 'BEGIN { for (k = 0; k < 10000; ++k) printf "key %g %g %g\n", k * 0.01, k, 100 * sin(k / 50) }'
     } > "$art/long.txt"
     "$build/native/bin/zqanim" spl --words 7 2 -o "$art/long.spl" "$art/long.txt"
+fi
+models=$build/bench-models
+if [ ! -f "$models/skin.x" ]; then
+    rm -rf "$models" && mkdir -p "$models"
+    "$build/native/bin/make_test_models" "$models" >/dev/null
 fi
 # Three minutes of 22,050 Hz stereo (a sweep on the left, pink noise on the right) as a 128 kbit/s MP3.
 piece=$build/bench-sound/piece.mp3
@@ -64,6 +69,7 @@ bench sprite_render_bench "$atlas" 20
 bench name_map_bench "$atlas" "$rounds"
 bench animation_bench "$atlas" "Z:${art//\//\\}\\anim.am" 120
 bench spline_load_bench "Z:${art//\//\\}\\long.spl" "$rounds"
+bench model_bench "Z:${models//\//\\}" 100
 bench mp3_decode_bench "Z:${piece//\//\\}" "$rounds"
 # The same piece decoded natively by mpg123, for comparison.
 for round in 1 2 3; do
@@ -102,6 +108,10 @@ row "ZQMapper::insert, 65,535 entries of one name" "$(figure name_map_bench 'one
 row "ZQTexture::Trans of a present name, 3,000 chunks" "$(figure name_map_bench 'Trans' 2) ns"
 row "ZQRenderMulti::OnFrameRender, 1,000 players" "$(figure animation_bench 'OnFrameRender  ' 1) ms"
 row "overhead of the players over plain sprites" "$(figure animation_bench 'overhead' 1) %"
+row "ZQ3DRenderMulti, 1,000 animated models a frame" "$(figure model_bench 'library frame' '$') ms"
+row "plain DrawSubset loop, the same meshes" "$(figure model_bench 'plain loop' '$') ms"
+row "ratio, library frame / plain loop" "$(figure model_bench 'ratio, library' '$')"
+row "3D pose evaluation, per frame of a skeleton" "$(figure model_bench 'per frame of a skeleton' '$') ns"
 row "ZQSpline, a path of 10,000 keys loaded" "$(figure spline_load_bench 'keys loaded' 3) ms"
 row "ZQSound::Entry of an MP3, seconds decoded a second" "$(figure mp3_decode_bench 'median' '$')"
 row "mpg123 (native), seconds decoded a second (median)" \

@@ -3,12 +3,15 @@
 //   zqinspect FILE...
 //
 // The kind is told by the name, as the library does (".OM" before ".TE", then ".AM", ".TA", ".SPL",
-// anywhere in the upper-cased name), or else by the file's first bytes.
+// anywhere in the upper-cased name), or else by the file's first bytes. A ".x" model is told first:
+// by its "xof " header, or by a name ending in ".X".
 #include "AnimationText.h"
 #include "ZQImage.h"
 #include "ZQPackedTexture.h"
+#include "ZQXFile.h"
 #include "ToolText.h"
 
+#include <algorithm>
 #include <clocale>
 #include <cstdio>
 #include <cstring>
@@ -17,6 +20,9 @@
 using ZQ::formats::PackedFile;
 using ZQ::formats::PackedRecord;
 using ZQ::formats::ParseResult;
+using ZQ::formats::XFile;
+using ZQ::formats::XFrame;
+using ZQ::formats::XMesh;
 
 namespace {
 
@@ -58,6 +64,77 @@ void PrintRecords(const PackedFile& file, bool atlas) {
     }
 }
 
+std::string FrameName(const XFile& file, int index) {
+    if (index == 0)
+        return "(root)";
+    return file.frames[index].name.empty() ? "(unnamed)" : file.frames[index].name;
+}
+
+void PrintFrame(const XFile& file, int index, int depth) {
+    const XFrame& frame = file.frames[index];
+    std::printf("  %*s%s", 2 * depth, "", FrameName(file, index).c_str());
+    if (!frame.children.empty())
+        std::printf(": %zu %s", frame.children.size(), frame.children.size() == 1 ? "child" : "children");
+    for (size_t i = 0; i < frame.meshes.size(); ++i) {
+        const std::string& name = file.meshes[frame.meshes[i]].name;
+        std::printf("%s%s", i ? ", " : "; meshes: ", name.empty() ? "(unnamed)" : name.c_str());
+    }
+    std::printf("\n");
+    for (int child : frame.children)
+        PrintFrame(file, child, depth + 1);
+}
+
+// Everything but the first line is the same for a model's text and binary forms.
+int PrintX(const char* path, const std::vector<uint8_t>& bytes) {
+    XFile file;
+    std::string error;
+    const ZQ::formats::XResult result = ZQ::formats::ParseX(bytes.data(), bytes.size(), file, &error);
+    if (result != ZQ::formats::XResult::Ok) {
+        std::printf("%s: %s (%s); the library does not load it\n", path, ZQ::formats::DescribeXResult(result),
+                    error.c_str());
+        return 1;
+    }
+    std::printf("%s: .x model, %s, %d-bit floats, version %04d, %zu bytes\n", path, file.binary ? "binary" : "text",
+                file.floatBits, file.version, bytes.size());
+    std::printf("  ticks per second: %u%s\n", file.ticksPerSecond,
+                file.ticksDeclared ? " (declared)" : " (the default: no AnimTicksPerSecond)");
+    std::printf("  frames:\n");
+    PrintFrame(file, 0, 1);
+    for (const XMesh& mesh : file.meshes) {
+        std::printf("  mesh %s in %s: %u vertices declared, %zu made; %u faces, %zu triangles; normals %s, %s, %s\n",
+                    mesh.name.empty() ? "(unnamed)" : mesh.name.c_str(), FrameName(file, mesh.frame).c_str(),
+                    mesh.declaredVertices, mesh.vertices.size(), mesh.declaredFaces, mesh.indices.size() / 3,
+                    mesh.hasNormals ? "given" : "computed",
+                    mesh.hasTextureCoordinates ? "texture coordinates" : "no texture coordinates",
+                    mesh.hasColours ? "vertex colours" : "no vertex colours");
+        for (size_t i = 0; i < mesh.materials.size(); ++i) {
+            const ZQ::formats::XMaterial& m = mesh.materials[i];
+            const size_t triangles = static_cast<size_t>(
+                std::count(mesh.triangleMaterials.begin(), mesh.triangleMaterials.end(), static_cast<uint32_t>(i)));
+            std::printf(
+                "    material %zu%s%s: colour %g %g %g %g, power %g, specular %g %g %g, emissive %g %g %g, %s%s%s; "
+                "%zu triangles\n",
+                i, m.name.empty() ? "" : " ", m.name.c_str(), m.diffuse[0], m.diffuse[1], m.diffuse[2], m.diffuse[3],
+                m.power, m.specular[0], m.specular[1], m.specular[2], m.emissive[0], m.emissive[1], m.emissive[2],
+                m.texture.empty() ? "no texture" : "texture \"", m.texture.c_str(), m.texture.empty() ? "" : "\"",
+                triangles);
+        }
+        for (const ZQ::formats::XBone& bone : mesh.bones)
+            std::printf("    bone %s (frame %d): %zu weights\n", bone.frame.c_str(), bone.frameIndex,
+                        bone.vertices.size());
+    }
+    for (const ZQ::formats::XAnimationSet& set : file.animationSets) {
+        std::printf("  animation set %s: %g ticks (%g s), %zu track%s\n",
+                    set.name.empty() ? "(unnamed)" : set.name.c_str(), set.lastKeyTime,
+                    set.lastKeyTime / file.ticksPerSecond, set.tracks.size(), set.tracks.size() == 1 ? "" : "s");
+        for (const ZQ::formats::XTrack& track : set.tracks)
+            std::printf("    track %s: %zu rotation, %zu scale, %zu position keys%s\n", track.frame.c_str(),
+                        track.rotations.size(), track.scales.size(), track.positions.size(),
+                        track.hasMatrixKeys ? " (from matrix keys)" : "");
+    }
+    return 0;
+}
+
 int Inspect(const char* path) {
     std::vector<uint8_t> bytes;
     if (!zqtools::ReadFile(path, bytes)) {
@@ -65,6 +142,9 @@ int Inspect(const char* path) {
         return 1;
     }
     const std::string upper = zqtools::UpperAscii(path);
+    if ((bytes.size() >= 4 && std::memcmp(bytes.data(), "xof ", 4) == 0) ||
+        (upper.size() >= 2 && upper.compare(upper.size() - 2, 2, ".X") == 0))
+        return PrintX(path, bytes);
     bool om = upper.find(".OM") != std::string::npos;
     bool te = !om && upper.find(".TE") != std::string::npos;
     if (!om && !te) {
@@ -101,7 +181,7 @@ int Inspect(const char* path) {
         PrintRecords(file, true);
         return 0;
     }
-    std::printf("%s: not a file of a kind this tool knows (.OM, .TE, .AM, .TA, .SPL)\n", path);
+    std::printf("%s: not a file of a kind this tool knows (.OM, .TE, .AM, .TA, .SPL, .X)\n", path);
     return 1;
 }
 
@@ -109,8 +189,8 @@ int Inspect(const char* path) {
 
 int main(int argc, char** argv) {
     std::setlocale(LC_CTYPE, "C.UTF-8");
-    const char* usage =
-        "usage: zqinspect FILE...   (.OM, .TE: header, image, records; .AM, .TA, .SPL: scenes, paths)\n";
+    const char* usage = "usage: zqinspect FILE...   (.OM, .TE: header, image, records; .AM, .TA, .SPL: scenes, paths;\n"
+                        "                            .X: frames, meshes, animation sets)\n";
     if (argc < 2) {
         std::fputs(usage, stderr);
         return 2;

@@ -18,8 +18,8 @@ void ZQ3DInstance::Play(int set, int loops, float blendSeconds) {
     m_previous = m_current;
     m_blendSeconds = blendSeconds > 0 && std::isfinite(blendSeconds) ? blendSeconds : 0;
     m_blendElapsed = 0;
+    // The pose changes at the next advance: until then it stays the one last advanced to.
     m_current.Start(set, loops, skeleton.Length(set));
-    Evaluate();
 }
 
 void ZQ3DInstance::Advance(float seconds) {

@@ -14,7 +14,8 @@ public:
     ZQ3DInstance(ZQ3DModel* model, const D3DXVECTOR3& position);
 
     ZQ3DModel* Model() const { return m_model; }
-    /// Starts animation set (its index; -1 the rest pose) at time 0; blends from the current pose.
+    /// Starts animation set (its index; -1 the rest pose) at time 0, blending from the animation that
+    /// was playing; the pose follows at the next Advance.
     void Play(int set, int loops, float blendSeconds);
     /// Advances the animations by seconds and evaluates the pose.
     void Advance(float seconds);

@@ -23,7 +23,7 @@ public:
     /// Adds an instance of model at position playing animation for loops passes (negative: for ever;
     /// null animation: the rest pose). false, adding nothing, for an unknown model or animation.
     bool Entry(const wchar_t* model, const D3DXVECTOR3& position, const wchar_t* animation, int loops);
-    /// Advances every instance by elapsed, then draws them all.
+    /// Advances every instance by elapsed, then draws them all (a null device only advances).
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
     /// The instance (0 for the first added) nearest along the ray of screen point (x, y), as
     /// ZQ3DRenderSingle::HitTest; -1 when the ray meets none.

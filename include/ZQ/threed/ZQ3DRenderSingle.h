@@ -34,9 +34,11 @@ public:
     void SetScale(float scale);
     /// Multiplies the elapsed time the animation advances by (0 stops it; negative runs backwards).
     void SetSpeed(float speed);
-    /// Advances the animation by elapsed times the speed, then draws the pose at the new time.
+    /// Advances the animation by elapsed times the speed, then draws the pose at the new time (a null
+    /// device only advances).
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context);
-    /// The frame's combined matrix in the pose last advanced to, times the placement (world space).
+    /// The frame's combined matrix in the pose last advanced to (the rest pose before any), times the
+    /// placement (world space).
     /// false for an unknown frame or when no model is placed.
     bool GetFrameMatrix(const wchar_t* frame, D3DXMATRIX* out);
     /// Whether the ray of screen point (x, y), under the device's view, projection and viewport, meets
