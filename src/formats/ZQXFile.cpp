@@ -1,3 +1,8 @@
+// Reading ".x" files. Sections:
+//   Tokens        the text and binary lexers, one token stream for both forms
+//   Objects       data objects into a tree of nodes, templates skipped
+//   Templates     the standard templates read by name: frames, meshes, materials, skins, animations
+//   Entry points  ParseX, DescribeXResult, DecomposeXMatrix
 #include "ZQXFile.h"
 #include "ZQLittleEndian.h"
 
