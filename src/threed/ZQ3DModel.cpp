@@ -6,6 +6,7 @@
 #include "src/formats/ZQPackedTexture.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -137,6 +138,9 @@ bool ZQ3DModel::Build(IDirect3DDevice9* device, const std::wstring& directory) {
         const size_t triangles = source.triangleMaterials.size();
         if (triangles == 0 || source.vertices.empty())
             continue;
+        // Buffer sizes are 32-bit: a mesh past them is refused rather than cut.
+        if (source.vertices.size() > UINT_MAX / mesh.stride || source.indices.size() > UINT_MAX / 4)
+            return false;
 
         // Triangles ordered by material: one draw per material.
         std::vector<uint32_t> sorted;

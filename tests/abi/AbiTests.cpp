@@ -280,9 +280,9 @@ public:
             m_playerName = m_playerCopy->GetName() == L"coin_spin" && !m_playerCopy->empty();
             // Half a second on, a copy's lid has turned up about its hinge.
             D3DXMATRIX lid;
-            _3D::ZQ3DRenderSingle copy(*m_prize);
-            copy.OnFrameRender(nullptr, time, 0.5f, nullptr);
-            m_lidRises = copy.GetFrameMatrix(L"Lid", &lid) && !copy.empty() && lid._22 < 0.99f;
+            _3D::ZQ3DRenderSingle prizeCopy(*m_prize);
+            prizeCopy.OnFrameRender(nullptr, time, 0.5f, nullptr);
+            m_lidRises = prizeCopy.GetFrameMatrix(L"Lid", &lid) && !prizeCopy.empty() && lid._22 < 0.99f;
         }
         m_dialog->OnFrameMove(device, time, elapsed, context);
     }
