@@ -8,6 +8,7 @@
 #include "ZQ/core/ZQArray.h"
 #include "ZQ/core/ZQKalman.h"
 #include "ZQ/core/ZQCriticalSection.h"
+#include "ZQ/core/ZQDiagnostics.h"
 #include "ZQ/core/ZQLock.h"
 #include "ZQ/core/ZQMapper.h"
 #include "ZQ/core/ZQRand.h"

@@ -1,4 +1,5 @@
 #include "src/core/ZQFileBytes.h"
+#include "ZQ/core/ZQDiagnostics.h"
 #include "ZQ/frame/ZQMediaSearch.h"
 #include "src/core/ZQOutOfMemory.h"
 
@@ -43,6 +44,20 @@ bool ZQReadMediaFileBytes(const wchar_t* file, std::vector<uint8_t>& bytes) {
     wchar_t path[MAX_PATH];
     ZQFindDXSDKMediaFileCch(path, MAX_PATH, file);
     return ReadBytes(path, bytes, 0, nullptr);
+}
+
+bool ZQReadMediaFileBytes(const wchar_t* file, std::vector<uint8_t>& bytes, const wchar_t* loader) {
+    wchar_t path[MAX_PATH];
+    ZQFindDXSDKMediaFileCch(path, MAX_PATH, file);
+    if (ReadBytes(path, bytes, 0, nullptr))
+        return true;
+    ZQReportUnreadFile(loader, file, path);
+    return false;
+}
+
+void ZQReportUnreadFile(const wchar_t* loader, const wchar_t* file, const wchar_t* path) {
+    const bool found = path && GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES;
+    ZQMessage(L"%ls: %ls: %ls", loader, file ? file : L"(null)", found ? L"cannot be read" : L"not found");
 }
 
 bool ZQReadFileBytes(const wchar_t* path, std::vector<uint8_t>& bytes, HANDLE* open) {

@@ -262,5 +262,26 @@ bool ImageRefused(const uint8_t* data, size_t size) {
     return width <= 0 || width > 65535 || height == 0 || height > 65535 || height < -65535;
 }
 
+const char* DescribeImage(const uint8_t* data, size_t size) {
+    uint32_t width, height;
+    if (PngSize(data, size, width, height)) {
+        // Bit depth, then colour type: the depths Wine's decoder refuses are the ones hosts meet.
+        if (size > 24 && data[24] == 16)
+            return "a 16-bit PNG";
+        return "a PNG";
+    }
+    if (size >= 3 && data[0] == 0xFF && data[1] == 0xD8 && data[2] == 0xFF)
+        return "a JPEG";
+    if (size >= 2 && data[0] == 'B' && data[1] == 'M')
+        return ImageRefused(data, size) ? "a BMP whose header gives impossible sides" : "a BMP";
+    if (size >= 4 && std::memcmp(data, "DDS ", 4) == 0)
+        return "a DDS";
+    if (size >= 3 && std::memcmp(data, "GIF", 3) == 0)
+        return "a GIF";
+    if (size == 0)
+        return "empty";
+    return "not an image of a known kind";
+}
+
 } // namespace formats
 } // namespace ZQ

@@ -94,5 +94,9 @@ bool PngSize(const uint8_t* data, size_t size, uint32_t& width, uint32_t& height
 /// loader accepts one, and Wine's BMP decoder crashes on some instead of refusing them.
 bool ImageRefused(const uint8_t* data, size_t size);
 
+/// What the bytes are, for a message on an image that did not decode: "a 16-bit PNG", "a PNG", "a JPEG",
+/// ..., "empty" or "not an image of a known kind".
+const char* DescribeImage(const uint8_t* data, size_t size);
+
 } // namespace formats
 } // namespace ZQ

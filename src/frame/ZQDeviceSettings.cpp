@@ -1,5 +1,6 @@
 // Matching wanted device settings against what the adapter offers.
 #include "ZQ/frame/ZQDirect3d.h"
+#include "ZQ/core/ZQDiagnostics.h"
 
 namespace ZQ {
 
@@ -22,6 +23,9 @@ HRESULT ZQDirect3d::FindValidDeviceSettings(_ZQDeviceSettings_tag* valid, const 
     if (!enumeration)
         return ZQ_E_NO_COMPATIBLE_DEVICES;
     const UINT adapter = wanted->AdapterOrdinal < enumeration->GetAdapterCount() ? wanted->AdapterOrdinal : 0;
+    if (adapter != wanted->AdapterOrdinal)
+        ZQMessage(L"Device settings: adapter %u does not exist (%u adapters); adapter 0 is used", wanted->AdapterOrdinal,
+                  enumeration->GetAdapterCount());
     const D3DDEVTYPE type = wanted->DeviceType == D3DDEVTYPE_REF ? D3DDEVTYPE_REF : D3DDEVTYPE_HAL;
     const bool windowed = wanted->pp.Windowed != FALSE;
     D3DDISPLAYMODE desktop;
@@ -57,8 +61,12 @@ HRESULT ZQDirect3d::FindValidDeviceSettings(_ZQDeviceSettings_tag* valid, const 
             break;
         }
     }
-    if (adapterFormat == D3DFMT_UNKNOWN)
+    if (adapterFormat == D3DFMT_UNKNOWN) {
+        ZQMessage(L"Device settings: no display and back-buffer format that the %ls device takes %ls (or that the "
+                  L"acceptance function accepts)",
+                  type == D3DDEVTYPE_REF ? L"reference" : L"hardware", windowed ? L"in a window" : L"full screen");
         return ZQ_E_NO_COMPATIBLE_DEVICES;
+    }
 
     _ZQDeviceSettings_tag result = {};
     result.AdapterOrdinal = adapter;
@@ -73,6 +81,12 @@ HRESULT ZQDirect3d::FindValidDeviceSettings(_ZQDeviceSettings_tag* valid, const 
         behavior = hardwareTnL ? D3DCREATE_HARDWARE_VERTEXPROCESSING : D3DCREATE_SOFTWARE_VERTEXPROCESSING;
     if ((behavior & D3DCREATE_PUREDEVICE) && !(caps.DevCaps & D3DDEVCAPS_PUREDEVICE))
         behavior &= ~D3DCREATE_PUREDEVICE;
+    const DWORD asked = wanted->BehaviorFlags & (D3DCREATE_HARDWARE_VERTEXPROCESSING |
+                                                 D3DCREATE_MIXED_VERTEXPROCESSING | D3DCREATE_PUREDEVICE);
+    if (asked && (behavior & asked) != asked)
+        ZQMessage(L"Device settings: the device has no %ls; %ls vertex processing is used",
+                  hardwareTnL ? L"pure device" : L"hardware vertex processing",
+                  (behavior & D3DCREATE_HARDWARE_VERTEXPROCESSING) ? L"hardware" : L"software");
     // Worker threads (timers, sound, serial) call into the device's owner.
     result.BehaviorFlags = behavior | D3DCREATE_MULTITHREADED;
 
@@ -110,8 +124,13 @@ HRESULT ZQDirect3d::FindValidDeviceSettings(_ZQDeviceSettings_tag* valid, const 
         const UINT height = wanted->pp.BackBufferHeight ? wanted->pp.BackBufferHeight : desktop.Height;
         D3DDISPLAYMODE mode = desktop;
         if (!enumeration->FindClosestMode(adapter, adapterFormat, width, height, desktop.RefreshRate, &mode) &&
-            adapterFormat != desktop.Format)
+            adapterFormat != desktop.Format) {
+            ZQMessage(L"Device settings: adapter %u has no full-screen display mode", adapter);
             return ZQ_E_NO_COMPATIBLE_DEVICES;
+        }
+        if (mode.Width != width || mode.Height != height)
+            ZQMessage(L"Device settings: %u x %u is not a display mode of adapter %u; the closest, %u x %u, is used",
+                      width, height, adapter, mode.Width, mode.Height);
         pp.BackBufferWidth = mode.Width;
         pp.BackBufferHeight = mode.Height;
         pp.FullScreen_RefreshRateInHz = mode.RefreshRate;

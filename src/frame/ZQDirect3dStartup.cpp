@@ -1,5 +1,6 @@
 // Init: the one-time start-up, and the command-line options it reads.
 #include "ZQ/frame/ZQDirect3d.h"
+#include "ZQ/core/ZQDiagnostics.h"
 #include "ZQ/frame/ZQMediaSearch.h"
 
 #include <commctrl.h>
@@ -82,8 +83,10 @@ void ZQDirect3d::ParseCommandLine() {
     wchar_t value[257];
     for (int i = 1; i < count; ++i) {
         wchar_t* cursor = arguments[i];
-        if (*cursor != L'/' && *cursor != L'-')
+        if (*cursor != L'/' && *cursor != L'-') {
+            ZQMessage(L"Init: argument \"%ls\" is not an option (they start with - or /); ignored", arguments[i]);
             continue;
+        }
         ++cursor;
         // Each option restarts from the text after the leading character.
         wchar_t* const start = cursor;
@@ -92,8 +95,21 @@ void ZQDirect3d::ParseCommandLine() {
             return ZQIsNextArg(cursor, name);
         };
         auto withValue = [&](const wchar_t* name) { return option(name) && ZQCmdParam(cursor, value); };
+        // Read as the runtime reads it (text that is not a number gives 0), and said when it is not one.
+        auto number = [&]() {
+            const wchar_t* end = value;
+            if (*end == L'+' || *end == L'-')
+                ++end;
+            const wchar_t* digits = end;
+            while (*end >= L'0' && *end <= L'9')
+                ++end;
+            if (end == digits || *end)
+                ZQMessage(L"Init: argument \"%ls\": \"%ls\" is not a whole number; read as %d", arguments[i], value,
+                          _wtoi(value));
+            return _wtoi(value);
+        };
         if (withValue(L"adapter"))
-            SetOverrideAdapterOrdinal(_wtoi(value));
+            SetOverrideAdapterOrdinal(number());
         else if (option(L"windowed"))
             SetOverrideWindowed(true);
         else if (option(L"fullscreen"))
@@ -109,23 +125,30 @@ void ZQDirect3d::ParseCommandLine() {
         else if (option(L"forceswvp"))
             SetOverrideForceSWVP(true);
         else if (withValue(L"forcevsync"))
-            SetOverrideForceVsync(_wtoi(value));
+            SetOverrideForceVsync(number());
         else if (withValue(L"width"))
-            SetOverrideWidth(_wtoi(value));
+            SetOverrideWidth(number());
         else if (withValue(L"height"))
-            SetOverrideHeight(_wtoi(value));
+            SetOverrideHeight(number());
         else if (withValue(L"startx"))
-            SetOverrideStartX(_wtoi(value));
+            SetOverrideStartX(number());
         else if (withValue(L"starty"))
-            SetOverrideStartY(_wtoi(value));
+            SetOverrideStartY(number());
         else if (option(L"constantframetime")) {
-            const float timePerFrame = ZQCmdParam(cursor, value) ? static_cast<float>(wcstod(value, nullptr)) : 0.0333f;
+            float timePerFrame = 0.0333f;
+            if (ZQCmdParam(cursor, value)) {
+                wchar_t* end = nullptr;
+                timePerFrame = static_cast<float>(wcstod(value, &end));
+                if (end == value || *end)
+                    ZQMessage(L"Init: argument \"%ls\": \"%ls\" is not a number of seconds; read as %g", arguments[i],
+                              value, timePerFrame);
+            }
             SetOverrideConstantFrameTime(true);
             SetOverrideConstantTimePerFrame(timePerFrame);
             SetConstantFrameTime(true);
             SetTimePerFrame(timePerFrame);
         } else if (withValue(L"quitafterframe"))
-            SetOverrideQuitAfterFrame(_wtoi(value));
+            SetOverrideQuitAfterFrame(number());
         else if (option(L"noerrormsgboxes"))
             SetShowMsgBoxOnError(false);
         else if (option(L"nostats"))
@@ -134,6 +157,9 @@ void ZQDirect3d::ParseCommandLine() {
             SetOverrideRelaunchMCE(true);
         else if (option(L"automation"))
             SetAutomation(true);
+        else
+            ZQMessage(L"Init: argument \"%ls\" is not an option of the library (or lacks its \":value\"); ignored",
+                      arguments[i]);
     }
     LocalFree(arguments);
 }

@@ -2,7 +2,16 @@
 #include "ZQ/frame/ZQDirect3d.h"
 #include "ZQ/core/ZQLock.h"
 
+#include <cmath>
+
 namespace ZQ {
+
+namespace {
+
+// Float steps of a frame time that divides the period add up to a little more or less than it.
+const float kTimerTolerance = 1e-5f;
+
+} // namespace
 
 // Timers: removal only disables an entry, so that a callback may remove timers while the list is walked;
 // disabled entries are dropped when the next timer is added.
@@ -65,10 +74,16 @@ void ZQDirect3d::HandleTimers() {
             _ZQTimerList_tag& timer = (*m_TimerList)[i];
             if (!timer.enabled)
                 continue;
+            // The countdown keeps its phase: a period of p fires once for each p of frame time. A frame
+            // longer than the period fires once, the periods it spans beyond that are dropped (no burst
+            // of calls after a stall), and the phase is kept.
             timer.countdown -= elapsed;
-            if (timer.countdown >= 0.0f)
+            if (timer.countdown > kTimerTolerance)
                 continue;
-            timer.countdown = timer.timeoutInSecs;
+            const float period = timer.timeoutInSecs;
+            timer.countdown += period;
+            if (timer.countdown <= kTimerTolerance)
+                timer.countdown = period > 0.0f ? period - std::fmod(-timer.countdown, period) : 0.0f;
             fired = timer;
         }
         fired.callback(fired.id, fired.context);

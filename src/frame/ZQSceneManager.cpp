@@ -1,4 +1,5 @@
 #include "ZQ/frame/ZQSceneManager.h"
+#include "ZQ/core/ZQDiagnostics.h"
 #include "ZQ/core/ZQLock.h"
 
 #include <cstring>
@@ -56,6 +57,9 @@ void ZQSceneManager::Entry(const wchar_t* name, ZQScene* scene) {
 void ZQSceneManager::Trans(const wchar_t* name) {
     ZQLock lock(&m_lock);
     m_pendingName = name;
+    ZQString lookup(m_pendingName);
+    if (!m_scenes.find(lookup))
+        ZQMessage(L"Trans: no scene is registered as \"%ls\": the switch leaves no scene current", name ? name : L"");
 }
 
 void ZQSceneManager::Dispatcher(IDirect3DDevice9* device, const D3DSURFACE_DESC* backBuffer, void* context) {

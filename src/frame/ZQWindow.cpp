@@ -1,4 +1,5 @@
 #include "ZQ/frame/ZQWindow.h"
+#include "ZQ/core/ZQDiagnostics.h"
 #include "ZQ/frame/ZQVelisto.h"
 #include "ZQ/core/ZQLock.h"
 #include "ZQ/frame/ZQGameControllers.h"
@@ -99,6 +100,7 @@ HRESULT ZQWindow::CreateWindow(const wchar_t* title, HINSTANCE instance, HICON i
     HANDLE mutex = CreateMutexW(nullptr, TRUE, title);
     if (mutex && GetLastError() == ERROR_ALREADY_EXISTS) {
         CloseHandle(mutex);
+        ZQMessage(L"CreateWindow: another instance with the title \"%ls\" runs; refused", title);
         return E_FAIL;
     }
     if (mutex) {

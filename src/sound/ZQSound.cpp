@@ -1,6 +1,8 @@
 #include "ZQ/sound/ZQSound.h"
+#include "ZQ/core/ZQDiagnostics.h"
 
 #include "ZQ/frame/ZQMediaSearch.h"
+#include "src/core/ZQFileBytes.h"
 #include "src/formats/ZQNameText.h"
 
 #include <cstring>
@@ -44,7 +46,8 @@ ZQSound::ZQSound(HWND window, unsigned long level) : ZQMp3File(nullptr), m_devic
 
 ZQSound::~ZQSound() {
     for (ZQMapper::iterator it = m_sounds.begin(); it != m_sounds.end(); ++it)
-        Buffer(it->value)->Release();
+        if (IsBuffer(it->value))
+            Buffer(it->value)->Release();
     if (m_device)
         m_device->Release();
 }
@@ -58,16 +61,39 @@ void ZQSound::Entry(const wchar_t* name, const wchar_t* file) {
     ZQString path(L"%s", found);
     path.upper();
     void* value;
-    if (wcsstr(path, L".WAV"))
+    if (wcsstr(path, L".WAV")) {
         value = Create(found, DSBCAPS_CTRLVOLUME, GUID());
-    else if (wcsstr(path, L".MP3"))
+    } else if (wcsstr(path, L".MP3")) {
         value = ZQMp3File::Open(found);
-    else
+    } else {
         value = const_cast<wchar_t*>(name); // deliberately the name itself, not a buffer
-    if (!value)
+        // Remembered, so that nothing ever calls through it as a buffer.
+        m_names.push_back(value);
+        ZQMessage(L"ZQSound::Entry: %ls: neither a .WAV nor an .MP3 file: \"%ls\" is registered without a sound and "
+                  L"plays nothing",
+                  file, name);
+    }
+    if (!value) {
+        if (GetFileAttributesW(found) == INVALID_FILE_ATTRIBUTES)
+            ZQReportUnreadFile(L"ZQSound::Entry", file, found);
+        else
+            ZQMessage(L"ZQSound::Entry: %ls: not a sound the device can play", file);
         return;
+    }
     ZQString key(L"%ls", formats::NameFromFormatText(name).c_str());
     m_sounds.insert(key, value);
+}
+
+bool ZQSound::IsBuffer(void* value) const {
+    for (ZQVector::iterator it = m_names.begin(); it != m_names.end(); ++it)
+        if (*it == value)
+            return false;
+    return value != nullptr;
+}
+
+IDirectSoundBuffer* ZQSound::SoundBuffer(const wchar_t* name) {
+    void* value = Trans(name);
+    return IsBuffer(value) ? Buffer(value) : nullptr;
 }
 
 // The map's read-only lookup: buttons on other threads may play sounds at the same time.
@@ -76,7 +102,7 @@ IDirectSoundBuffer* ZQSound::Trans(const wchar_t* name) {
 }
 
 bool ZQSound::Play(const wchar_t* name, bool rewind, unsigned long priority, unsigned long flags) {
-    IDirectSoundBuffer* buffer = Trans(name);
+    IDirectSoundBuffer* buffer = SoundBuffer(name);
     if (!buffer)
         return false;
     DWORD status = 0;
@@ -87,18 +113,19 @@ bool ZQSound::Play(const wchar_t* name, bool rewind, unsigned long priority, uns
 }
 
 bool ZQSound::isPlay(const wchar_t* name) {
-    IDirectSoundBuffer* buffer = Trans(name);
+    IDirectSoundBuffer* buffer = SoundBuffer(name);
     DWORD status = 0;
     return buffer && SUCCEEDED(buffer->GetStatus(&status)) && (status & DSBSTATUS_PLAYING);
 }
 
 void ZQSound::Stop() {
     for (ZQMapper::iterator it = m_sounds.begin(); it != m_sounds.end(); ++it)
-        Rewind(Buffer(it->value));
+        if (IsBuffer(it->value))
+            Rewind(Buffer(it->value));
 }
 
 void ZQSound::Stop(const wchar_t* name) {
-    if (IDirectSoundBuffer* buffer = Trans(name))
+    if (IDirectSoundBuffer* buffer = SoundBuffer(name))
         Rewind(buffer);
 }
 

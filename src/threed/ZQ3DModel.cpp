@@ -1,4 +1,5 @@
 #include "src/threed/ZQ3DModel.h"
+#include "ZQ/core/ZQDiagnostics.h"
 #include "ZQ/core/ZQLock.h"
 #include "ZQ/frame/ZQMediaSearch.h"
 #include "src/core/ZQComRelease.h"
@@ -108,9 +109,10 @@ ZQ3DModel::ZQ3DModel(formats::XFile&& file) : m_file(std::move(file)), m_skeleto
         m_animationNames.push_back(WideName(set.name));
 }
 
-ZQ3DModel* ZQ3DModel::Create(IDirect3DDevice9* device, formats::XFile&& file, const std::wstring& directory) {
+ZQ3DModel* ZQ3DModel::Create(IDirect3DDevice9* device, formats::XFile&& file, const std::wstring& directory,
+                              const wchar_t* name) {
     ZQ3DModel* model = new (std::nothrow) ZQ3DModel(std::move(file));
-    if (model && !model->Build(device, directory)) {
+    if (model && !model->Build(device, directory, name)) {
         delete model;
         return nullptr;
     }
@@ -126,7 +128,7 @@ ZQ3DModel::~ZQ3DModel() {
         ZQSafeRelease(texture.second);
 }
 
-bool ZQ3DModel::Build(IDirect3DDevice9* device, const std::wstring& directory) {
+bool ZQ3DModel::Build(IDirect3DDevice9* device, const std::wstring& directory, const wchar_t* name) {
     size_t mostBones = 0;
     m_meshes.resize(m_file.meshes.size());
     for (size_t index = 0; index < m_file.meshes.size(); ++index) {
@@ -160,7 +162,7 @@ bool ZQ3DModel::Build(IDirect3DDevice9* device, const std::wstring& directory) {
             subset.material.Specular = {from.specular[0], from.specular[1], from.specular[2], 1.0f};
             subset.material.Emissive = {from.emissive[0], from.emissive[1], from.emissive[2], 1.0f};
             subset.material.Power = from.power;
-            subset.texture = from.texture.empty() ? nullptr : Texture(device, from.texture, directory);
+            subset.texture = from.texture.empty() ? nullptr : Texture(device, from.texture, directory, name);
             subset.startIndex = start;
             subset.triangles = static_cast<UINT>((sorted.size() - start) / 3);
             mesh.subsets.push_back(subset);
@@ -211,7 +213,7 @@ bool ZQ3DModel::Build(IDirect3DDevice9* device, const std::wstring& directory) {
 }
 
 IDirect3DTexture9* ZQ3DModel::Texture(IDirect3DDevice9* device, const std::string& file,
-                                      const std::wstring& directory) {
+                                      const std::wstring& directory, const wchar_t* model) {
     for (const auto& known : m_textures)
         if (known.first == file)
             return known.second;
@@ -237,6 +239,9 @@ IDirect3DTexture9* ZQ3DModel::Texture(IDirect3DDevice9* device, const std::strin
                 D3DFMT_UNKNOWN, D3DPOOL_MANAGED, D3DX_DEFAULT, D3DX_DEFAULT, 0, nullptr, nullptr, &texture)))
             texture = nullptr;
     }
+    if (!texture)
+        ZQMessage(L"ZQ3DObject::Entry: %ls: texture %hs not found or not decoded; drawn untextured", model,
+                  file.c_str());
     m_textures.emplace_back(file, texture);
     return texture;
 }

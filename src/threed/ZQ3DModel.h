@@ -20,7 +20,9 @@ struct ZQ3DPlaced {
 class ZQ3DModel {
 public:
     /// Makes buffers and textures for every mesh; null when the device refuses a buffer.
-    static ZQ3DModel* Create(IDirect3DDevice9* device, formats::XFile&& file, const std::wstring& directory);
+    /// name: the file as the host gave it, for messages.
+    static ZQ3DModel* Create(IDirect3DDevice9* device, formats::XFile&& file, const std::wstring& directory,
+                             const wchar_t* name);
     ZQ3DModel(const ZQ3DModel&) = delete;
     ZQ3DModel& operator=(const ZQ3DModel&) = delete;
     ~ZQ3DModel();
@@ -59,8 +61,9 @@ private:
     };
 
     explicit ZQ3DModel(formats::XFile&& file);
-    bool Build(IDirect3DDevice9* device, const std::wstring& directory);
-    IDirect3DTexture9* Texture(IDirect3DDevice9* device, const std::string& file, const std::wstring& directory);
+    bool Build(IDirect3DDevice9* device, const std::wstring& directory, const wchar_t* name);
+    IDirect3DTexture9* Texture(IDirect3DDevice9* device, const std::string& file, const std::wstring& directory,
+                               const wchar_t* model);
     /// Deforms a skinned mesh's vertices by the pose into its skinned store (positions and normals).
     void Skin(size_t mesh, const XMatrix* combined);
     void DrawSubset(IDirect3DDevice9* device, const Subset& subset) const;

@@ -1,4 +1,5 @@
 #include "ZQ/threed/ZQ3DObject.h"
+#include "ZQ/core/ZQDiagnostics.h"
 #include "ZQ/core/ZQLock.h"
 #include "ZQ/frame/ZQMediaSearch.h"
 #include "src/core/ZQFileBytes.h"
@@ -34,20 +35,30 @@ bool ZQ3DObject::Entry(const wchar_t* name, const wchar_t* file) {
     std::vector<uint8_t> bytes;
     formats::XFile parsed;
     formats::XResult result = formats::XResult::Malformed;
-    if (!ZQReadFileBytes(path, bytes) ||
-        !ZQSurvivesOutOfMemory([&] { result = formats::ParseX(bytes.data(), bytes.size(), parsed); }) ||
-        result != formats::XResult::Ok)
+    if (!ZQReadFileBytes(path, bytes)) {
+        ZQReportUnreadFile(L"ZQ3DObject::Entry", file, path);
         return false;
+    }
+    std::string reason;
+    if (!ZQSurvivesOutOfMemory([&] { result = formats::ParseX(bytes.data(), bytes.size(), parsed, &reason); }))
+        reason = "out of memory";
+    if (result != formats::XResult::Ok) {
+        ZQMessage(L"ZQ3DObject::Entry: %ls: %hs (%hs)", file, formats::DescribeXResult(result), reason.c_str());
+        return false;
+    }
     // A file with neither a mesh nor an animation (one cut short after its header) has no model in it.
-    if (parsed.meshes.empty() && parsed.animationSets.empty())
+    if (parsed.meshes.empty() && parsed.animationSets.empty()) {
+        ZQMessage(L"ZQ3DObject::Entry: %ls: neither a mesh nor an animation in it", file);
         return false;
+    }
     // Textures are looked for in the folder the model was found in.
     std::wstring directory(path);
     const size_t slash = directory.find_last_of(L"\\/:");
     directory.resize(slash == std::wstring::npos ? 0 : slash + 1);
-    ZQ3DModel* model = ZQ3DModel::Create(device, std::move(parsed), directory);
+    ZQ3DModel* model = ZQ3DModel::Create(device, std::move(parsed), directory, file);
     _ZQ3DObjectChunk_tag* chunk = model ? new (std::nothrow) _ZQ3DObjectChunk_tag : nullptr;
     if (!chunk) {
+        ZQMessage(L"ZQ3DObject::Entry: %ls: the device refused its buffers", file);
         delete model;
         return false;
     }

@@ -1,4 +1,5 @@
 #include "ZQ/twod/ZQAnimateFile.h"
+#include "ZQ/core/ZQDiagnostics.h"
 #include "ZQ/core/ZQLock.h"
 #include "ZQ/frame/ZQMediaSearch.h"
 #include "ZQ/twod/ZQAnimate.h"
@@ -55,16 +56,15 @@ void Load(ZQSprite* sprite, ZQMapper* scenes, const wchar_t* file, Kind kind) {
     ZQFindDXSDKMediaFileCch(path, 256, file);
     std::vector<uint8_t> bytes;
     HANDLE open = INVALID_HANDLE_VALUE;
-    if (!ZQReadFileBytes(path, bytes, &open))
+    if (!ZQReadFileBytes(path, bytes, &open)) {
+        ZQReportUnreadFile(L"ZQAnimate::Entry", file, path);
         return;
+    }
     formats::AnimationFile parsed;
     const formats::ParseResult result = kind == Kind::Am ? formats::ParseAm(bytes.data(), bytes.size(), parsed)
                                                          : formats::ParseTa(bytes.data(), bytes.size(), parsed);
     if (result != formats::ParseResult::Ok) {
-        wchar_t message[256];
-        _snwprintf(message, 256, L"%ls File Error", file);
-        message[255] = 0;
-        OutputDebugStringW(message);
+        ZQMessage(L"%ls File Error", file);
         // An ".AM" file with a wrong magic stays open, as it always has; a ".TA" file is closed.
         if (kind == Kind::Ta)
             CloseHandle(open);

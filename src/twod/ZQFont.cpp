@@ -1,4 +1,5 @@
 #include "ZQ/twod/ZQFont.h"
+#include "ZQ/core/ZQDiagnostics.h"
 #include "ZQ/frame/ZQMediaSearch.h"
 
 namespace ZQ {
@@ -32,8 +33,11 @@ void ZQFont::Entry(int id, const wchar_t* file, const wchar_t* face, UINT height
                    UINT mipLevels, int italic, DWORD charSet, DWORD outputPrecision, DWORD quality,
                    DWORD pitchAndFamily) {
     wchar_t path[MAX_PATH];
-    if (file && SUCCEEDED(ZQFindDXSDKMediaFileCch(path, MAX_PATH, file)))
-        AddFontResourceExW(path, FR_PRIVATE, nullptr);
+    if (file && FAILED(ZQFindDXSDKMediaFileCch(path, MAX_PATH, file)))
+        ZQMessage(L"ZQFont::Entry: %ls: not found; the face \"%ls\" is made from the fonts installed", file,
+                  face ? face : L"");
+    else if (file && AddFontResourceExW(path, FR_PRIVATE, nullptr) == 0)
+        ZQMessage(L"ZQFont::Entry: %ls: not a font file the system takes", file);
     Entry(id, face, height, width, weight, mipLevels, italic, charSet, outputPrecision, quality, pitchAndFamily);
 }
 

@@ -1,4 +1,5 @@
 #include "src/twod/ZQPackedLoader.h"
+#include "ZQ/core/ZQDiagnostics.h"
 #include "src/core/ZQFileBytes.h"
 #include "src/core/ZQOutOfMemory.h"
 #include "src/formats/ZQNameText.h"
@@ -13,14 +14,6 @@
 namespace ZQ {
 
 namespace {
-
-// The loaders fail quietly; the message goes only to an attached debugger.
-void Report(const wchar_t* format, const wchar_t* file) {
-    wchar_t message[256];
-    _snwprintf(message, 256, format, file);
-    message[255] = 0;
-    OutputDebugStringW(message);
-}
 
 // A name is read as format text with no arguments, the safe way (src/formats/ZQNameText.h). One
 // string serves every record: a string made and freed per record fragments Wine's heap, whose free
@@ -105,14 +98,14 @@ UINT DeviceMaxSide(IDirect3DDevice9* device) {
 
 void LoadPacked(IDirect3DDevice9* device, ZQMapper* chunks, const wchar_t* file, ZQPackedFormat format, bool split) {
     std::vector<uint8_t> bytes;
-    if (!file || !chunks || !ZQReadMediaFileBytes(file, bytes))
+    if (!file || !chunks || !ZQReadMediaFileBytes(file, bytes, L"ZQTexture::Entry"))
         return;
     formats::PackedFile packed;
     const formats::ParseResult parsed = format == ZQPackedFormat::Om
                                             ? formats::ParseOm(bytes.data(), bytes.size(), packed)
                                             : formats::ParseTe(bytes.data(), bytes.size(), packed);
     if (parsed != formats::ParseResult::Ok) {
-        Report(L"%ls File Error", file);
+        ZQMessage(L"%ls File Error", file);
         return;
     }
 
@@ -148,7 +141,8 @@ void LoadPacked(IDirect3DDevice9* device, ZQMapper* chunks, const wchar_t* file,
                                                  D3DFMT_UNKNOWN, D3DPOOL_MANAGED, D3DX_DEFAULT, D3DX_DEFAULT, 0,
                                                  &info, nullptr, &loaded);
     if (FAILED(hr) || !loaded) {
-        Report(L"%ls D3DXCreateTextureFromFileInMemoryEx Error", file);
+        ZQMessage(L"%ls D3DXCreateTextureFromFileInMemoryEx Error", file);
+        ZQMessage(L"ZQTexture::Entry: %ls: its image is %hs", file, formats::DescribeImage(packed.image, imageBytes));
         return;
     }
     if (split)

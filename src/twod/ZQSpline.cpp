@@ -1,4 +1,5 @@
 #include "ZQ/twod/ZQSpline.h"
+#include "ZQ/core/ZQDiagnostics.h"
 #include "ZQ/core/ZQLock.h"
 #include "src/core/ZQFileBytes.h"
 #include "src/core/ZQOutOfMemory.h"
@@ -16,12 +17,19 @@ namespace {
 
 void LoadSplines(ZQMapper* paths, const wchar_t* file, WORD first, WORD second) {
     std::vector<uint8_t> bytes;
-    if (!file || !paths || !ZQReadMediaFileBytes(file, bytes))
+    if (!file || !paths || !ZQReadMediaFileBytes(file, bytes, L"ZQSpline::Entry"))
         return;
     formats::SplineFile parsed;
     formats::ParseSpline(bytes.data(), bytes.size(), parsed);
-    if (parsed.first != first || parsed.second != second || parsed.declaredPaths <= 0)
+    if (parsed.first != first || parsed.second != second) {
+        ZQMessage(L"ZQSpline::Entry: %ls: its header words are %u and %u, not the %u and %u asked for", file,
+                  parsed.first, parsed.second, first, second);
         return;
+    }
+    if (parsed.declaredPaths <= 0) {
+        ZQMessage(L"ZQSpline::Entry: %ls: no path in it (truncated?)", file);
+        return;
+    }
     for (const formats::SplinePath& from : parsed.paths) {
         _ZQSplineChunk_tag* chunk = new _ZQSplineChunk_tag;
         chunk->time = from.time;

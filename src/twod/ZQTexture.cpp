@@ -1,4 +1,5 @@
 #include "ZQ/twod/ZQTexture.h"
+#include "ZQ/core/ZQDiagnostics.h"
 #include "ZQ/core/ZQLock.h"
 #include "ZQ/frame/ZQMediaSearch.h"
 #include "src/core/ZQFileBytes.h"
@@ -75,14 +76,20 @@ void ZQTexture::Entry(const wchar_t* name, const wchar_t* file, bool center) {
     wchar_t path[MAX_PATH];
     ZQFindDXSDKMediaFileCch(path, MAX_PATH, file);
     std::vector<uint8_t> head;
-    if (ZQReadFileHead(path, head, 64) && formats::ImageRefused(head.data(), head.size()))
+    if (!ZQReadFileHead(path, head, 64)) {
+        ZQReportUnreadFile(L"ZQTexture::Entry", file, path);
         return;
+    }
+    const bool refused = formats::ImageRefused(head.data(), head.size());
     D3DXIMAGE_INFO info = {};
     IDirect3DTexture9* loaded = nullptr;
-    if (FAILED(D3DXCreateTextureFromFileExW(m_device, path, D3DX_DEFAULT, D3DX_DEFAULT, D3DX_DEFAULT, 0,
-                                            D3DFMT_UNKNOWN, D3DPOOL_MANAGED, D3DX_DEFAULT, D3DX_DEFAULT, 0, &info,
-                                            nullptr, &loaded)))
+    if (refused || FAILED(D3DXCreateTextureFromFileExW(m_device, path, D3DX_DEFAULT, D3DX_DEFAULT, D3DX_DEFAULT, 0,
+                                                       D3DFMT_UNKNOWN, D3DPOOL_MANAGED, D3DX_DEFAULT, D3DX_DEFAULT, 0,
+                                                       &info, nullptr, &loaded))) {
+        ZQMessage(L"ZQTexture::Entry: %ls: the platform cannot decode it (%hs)", file,
+                  formats::DescribeImage(head.data(), head.size()));
         return;
+    }
     D3DSURFACE_DESC desc;
     if (FAILED(loaded->GetLevelDesc(0, &desc))) {
         loaded->Release();

@@ -324,13 +324,48 @@ TEST_F(FrameTest, TimersFireRepeatAndCanBeRemoved) {
     app->ConstantFrameTime(true, 0.1f);
     app->SetOverrideQuitAfterFrame(9);
     app->MainLoop(nullptr);
-    // Ten frames of 0.1 s (the tenth ends in the shutdown).
-    EXPECT_EQ(fired[0], 3) << "every 0.3 s: after frames 3, 6 and 9";
-    EXPECT_EQ(fired[1], 2) << "every 0.4 s once changed";
+    // Timers are serviced in eleven frames of 0.1 s: 1.1 s of frame time (the last frame ends in the shutdown).
+    EXPECT_EQ(fired[0], 4) << "every 0.25 s of frame time: at 0.3, 0.5, 0.8 and 1.0 s";
+    EXPECT_EQ(fired[1], 3) << "every 0.35 s once changed: at 0.4, 0.7 and 1.1 s";
     EXPECT_EQ(fired[2], 1) << "removed from inside its own callback";
     EXPECT_EQ(app->RemoveTimer(third), E_INVALIDARG);
     EXPECT_EQ(app->RemoveTimer(first), S_OK);
 }
+
+// A timer fires once for each period of frame time, keeping its phase; a frame longer than the period
+// fires it once.
+struct TimerCase {
+    float frame;
+    int frames;
+    float periods[3];
+    int fires[3];
+};
+
+class TimerPhase : public FrameTest, public ::testing::WithParamInterface<TimerCase> {};
+
+TEST_P(TimerPhase, ATimerFiresOnceForEachPeriodOfFrameTime) {
+    static int fired[3];
+    const TimerCase& c = GetParam();
+    for (int k = 0; k < 3; ++k) {
+        fired[k] = 0;
+        ASSERT_EQ(app->AddTimer([](UINT, void* context) { ++fired[reinterpret_cast<intptr_t>(context)]; },
+                                c.periods[k], nullptr, reinterpret_cast<void*>(static_cast<intptr_t>(k))),
+                  S_OK);
+    }
+    app->ConstantFrameTime(true, c.frame);
+    // The frame that quits and the one that shuts down service the timers as well.
+    app->SetOverrideQuitAfterFrame(c.frames - 2);
+    app->MainLoop(nullptr);
+    for (int k = 0; k < 3; ++k)
+        EXPECT_EQ(fired[k], c.fires[k]) << "period " << c.periods[k] << " s, frames of " << c.frame << " s";
+}
+
+INSTANTIATE_TEST_SUITE_P(FrameTimes, TimerPhase,
+                         ::testing::Values(
+                             // 1 s: 0.1 and 0.04 divide by the frame time, 0.03 does not.
+                             TimerCase{0.02f, 50, {0.1f, 0.04f, 0.03f}, {10, 25, 33}},
+                             // 2 s: 0.125 divides, 0.1 does not, 0.05 is shorter than a frame (once a frame).
+                             TimerCase{0.0625f, 32, {0.125f, 0.1f, 0.05f}, {16, 20, 32}}));
 
 TEST(FrameWindow, ASecondInstanceWithTheSameTitleIsRefused) {
     const wchar_t* title = L"ZQVelisto single instance";
@@ -339,7 +374,10 @@ TEST(FrameWindow, ASecondInstanceWithTheSameTitleIsRefused) {
         TestApp app(title);
         app.Init(false, false, false, false);
         ASSERT_EQ(app.CreateWindow(title, nullptr, nullptr, nullptr, 0, 0), S_OK);
-        EXPECT_EQ(frametest::RunChild(std::wstring(L"window \"") + title + L"\""), 1);
+        std::string out;
+        EXPECT_EQ(frametest::RunChild(std::wstring(L"window \"") + title + L"\"", &out), 1);
+        EXPECT_NE(out.find("another instance with the title \"ZQVelisto single instance\" runs"), std::string::npos)
+            << out;
         EXPECT_EQ(frametest::RunChild(L"window \"ZQVelisto other title\""), 0);
     }
     frametest::DrainMessages();

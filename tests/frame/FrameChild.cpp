@@ -2,6 +2,7 @@
 //   frame_child.exe cmdline <options...>   prints the overrides that Init read from the command line
 //   frame_child.exe window <title>         exits 0 when CreateWindow succeeds, 1 when it is refused
 //   frame_child.exe run <options...>       runs the main loop and prints the frames it saw
+// Each prints the library's messages as "message: ..." lines.
 #include <ZQVelisto.h>
 
 #include <cstdio>
@@ -17,6 +18,8 @@ public:
 } // namespace
 
 int main() {
+    // What the library says goes to the output, for the parent to read.
+    ZQ::ZQSetMessageFunc([](const wchar_t* message, void*) { std::printf("message: %ls\n", message); }, nullptr);
     int count = 0;
     wchar_t** arguments = CommandLineToArgvW(GetCommandLineW(), &count);
     if (count < 2)

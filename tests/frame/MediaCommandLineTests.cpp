@@ -157,4 +157,18 @@ TEST(CommandLine, ParsedFromARealProcess) {
                        "quitafterframe=7 msgboxes=0 nostats=1 mce=0 automation=1"),
               std::string::npos)
         << out;
+    // Every argument ignored, and every value that is not a number, is said.
+    for (const char* said : {"\"-width\" is not an option of the library", "\"-height:\": \"\" is not a whole number",
+                             "\"-windowedx\" is not an option", "\"windowed\" is not an option (they start with",
+                             "\"-startx:abc\": \"abc\" is not a whole number; read as 0"})
+        EXPECT_NE(out.find(said), std::string::npos) << said << " in " << out;
+
+    ASSERT_EQ(frametest::RunChild(L"cmdline -quitafterframe=100 --quitafterframe:100 -quitafterframe:abc "
+                                  L"-constantframetime:fast",
+                                  &out),
+              0);
+    for (const char* said : {"\"-quitafterframe=100\" is not an option", "\"--quitafterframe:100\" is not an option",
+                             "\"-quitafterframe:abc\": \"abc\" is not a whole number",
+                             "\"-constantframetime:fast\": \"fast\" is not a number of seconds"})
+        EXPECT_NE(out.find(said), std::string::npos) << said << " in " << out;
 }

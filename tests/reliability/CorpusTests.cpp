@@ -458,3 +458,71 @@ TEST(FieldImages, EveryFormatLoadsOrIsRefusedCleanlyAloneAndInAnAtlas) {
         }
     }
 }
+
+namespace {
+
+std::vector<std::wstring> g_messages;
+
+void CALLBACK KeepMessage(const wchar_t* message, void* context) {
+    static_cast<std::vector<std::wstring>*>(context)->push_back(message);
+}
+
+} // namespace
+
+// Every file a loader drops, every name it cannot find, says which and why on the message channel; the
+// Part's own texts are sent as they stand. Nothing else about the loaders changes.
+TEST(Messages, EachDropSaysTheFileAndTheReason) {
+    const std::wstring folder = TempFolder();
+    const Bytes junk = {'n', 'o', 't', ' ', 'a', ' ', 'f', 'i', 'l', 'e', ' ', 'o', 'f', ' ', 'i', 't', 's'};
+    const std::wstring badAtlas = folder + L"\\bad.te", badAnimation = folder + L"\\bad.am";
+    const std::wstring badModel = folder + L"\\bad.x", ogg = folder + L"\\ding.ogg", spline = folder + L"\\bad.spl";
+    for (const std::wstring* path : {&badAtlas, &badAnimation, &badModel, &ogg, &spline})
+        ASSERT_TRUE(WriteAll(*path, junk));
+    ZQ::ZQSprite sprite(Device());
+    ZQ::ZQAnimate animate(&sprite);
+    ZQ::ZQSpline paths(nullptr, 0, 0);
+    ZQ::ZQFont fonts(Device());
+    ZQ::_3D::ZQ3DObject models(Device());
+    ZQ::ZQSound board(twodtest::App()->GethWnd(), DSSCL_PRIORITY);
+    const wchar_t* const ding = L"ding";
+    struct Case {
+        std::function<void()> drop;
+        std::wstring says;
+    };
+    const Case cases[] = {
+        {[&] { sprite.Entry(L"photo", FieldImage(L"png-16bit.png").c_str(), false); },
+         L"png-16bit.png: the platform cannot decode it (a 16-bit PNG)"},
+        {[&] { sprite.Entry(L"logo", L"no-such-logo.png", false); }, L"ZQTexture::Entry: no-such-logo.png: not found"},
+        {[&] { sprite.Entry(badAtlas.c_str()); }, badAtlas + L" File Error"},
+        {[&] { sprite.Entry(L"no-such-atlas.te"); }, L"no-such-atlas.te: not found"},
+        {[&] { animate.Entry(badAnimation.c_str()); }, badAnimation + L" File Error"},
+        {[&] { paths.Entry(spline.c_str(), 0x5A51, 1); }, L"bad.spl: its header words are"},
+        {[&] { fonts.Entry(1, L"no-such-font.ttf", L"Nothing", 20, 0, 400, 1, FALSE, 0, 0, 0, 0); },
+         L"ZQFont::Entry: no-such-font.ttf: not found"},
+        {[&] { models.Entry(L"model", badModel.c_str()); }, L"bad.x: not a .x file"},
+        {[&] { board.Entry(L"tone", L"no-such-tone.wav"); }, L"ZQSound::Entry: no-such-tone.wav: not found"},
+        {[&] { board.Entry(ding, ogg.c_str()); }, L"ding.ogg: neither a .WAV nor an .MP3 file"},
+        {[&] { twodtest::App()->Trans(L"Nowhere"); }, L"no scene is registered as \"Nowhere\""},
+    };
+    ZQ::ZQSetMessageFunc(KeepMessage, &g_messages);
+    for (const Case& c : cases) {
+        g_messages.clear();
+        c.drop();
+        bool said = false;
+        for (const std::wstring& message : g_messages)
+            said = said || message.find(c.says) != std::wstring::npos;
+        EXPECT_TRUE(said) << "expected \"" << std::string(c.says.begin(), c.says.end()) << "\", got "
+                          << g_messages.size() << " messages";
+    }
+    ZQ::ZQSetMessageFunc(nullptr, nullptr);
+    g_messages.clear();
+    sprite.Entry(L"logo", L"no-such-logo.png", false);
+    EXPECT_TRUE(g_messages.empty()) << "no function, no call";
+
+    // The entry of another kind keeps the name pointer, and playing it does nothing, as for an unknown name.
+    EXPECT_EQ(static_cast<void*>(board.Trans(L"ding")), static_cast<const void*>(ding));
+    EXPECT_FALSE(board.Play(L"ding", true, 0, 0));
+    EXPECT_FALSE(board.isPlay(L"ding"));
+    board.Stop(L"ding");
+    board.Stop();
+}

@@ -1,6 +1,7 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
 #include "ZQ/core/ZQMapper.h"
+#include "ZQ/core/ZQVector.h"
 #include "ZQ/sound/ZQMp3File.h"
 #include "ZQ/sound/ZQWaveFile.h"
 
@@ -21,16 +22,18 @@ public:
 
     /// Registers file (found by the media search) under name: ".WAV" as a static buffer, ".MP3"
     /// decoded into the board's one stream (a later MP3 replaces the decoding, not the earlier
-    /// buffer). Any other extension registers the name pointer itself, which is no buffer: such an
-    /// entry must not be played, stopped or left in a board that is destroyed. The name is read as
+    /// buffer). Any other extension registers the name pointer itself, which is no buffer: Trans
+    /// returns it, and Play, isPlay and Stop treat the name as unknown. The name is read as
     /// format text: "%%" is registered as "%", any other conversion as written. A file that cannot be
     /// read or played (a format no device takes, an MP3 without a 22,050 Hz 16-bit stereo output)
     /// registers nothing. A repeated name adds an entry that lookups never reach.
     void Entry(const wchar_t* name, const wchar_t* file);
-    /// The buffer registered under name, or null.
+    /// The buffer registered under name (for a file of another kind, the name pointer it was
+    /// registered with), or null.
     IDirectSoundBuffer* Trans(const wchar_t* name);
     /// Plays from the current position (rewind: from the start if it is playing); flags as the
-    /// buffer's Play (DSBPLAY_LOOPING). False for an unknown name or no device.
+    /// buffer's Play (DSBPLAY_LOOPING). False for an unknown name, a name registered without a sound,
+    /// or no device.
     bool Play(const wchar_t* name, bool rewind, unsigned long priority, unsigned long flags);
     /// True while the buffer plays.
     bool isPlay(const wchar_t* name);
@@ -49,8 +52,14 @@ protected:
     HRESULT RestoreBuffer(IDirectSoundBuffer* buffer, bool* restored);
 
 private:
+    /// False for a value registered as a name rather than a buffer.
+    bool IsBuffer(void* value) const;
+    /// The buffer registered under name, or null for an unknown name or one registered without a sound.
+    IDirectSoundBuffer* SoundBuffer(const wchar_t* name);
+
     IDirectSound8* m_device;
     ZQMapper m_sounds; ///< upper-cased name to IDirectSoundBuffer*
+    ZQVector m_names;  ///< the values registered that are names, not buffers
 };
 
 } // namespace ZQ
