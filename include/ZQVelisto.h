@@ -9,6 +9,7 @@
 #include "ZQ/core/ZQKalman.h"
 #include "ZQ/core/ZQCriticalSection.h"
 #include "ZQ/core/ZQDiagnostics.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQLock.h"
 #include "ZQ/core/ZQMapper.h"
 #include "ZQ/core/ZQRand.h"

@@ -13,8 +13,24 @@
 #include "Kiosk.h"
 
 #include <cstdio>
+#include <cwchar>
+#include <initializer_list>
+
+namespace {
+
+// What the library says (a file it dropped, an option it ignored) goes to the output. Init does not know
+// the kiosk's own options and says so; those lines are left out.
+void CALLBACK PrintMessage(const wchar_t* message, void*) {
+    for (const wchar_t* own : {L"\"-demo\"", L"\"-screenshots:", L"\"-soak:", L"\"-visits:", L"\"-coinport:"})
+        if (std::wcsstr(message, L"Init: argument ") == message && std::wcsstr(message, own))
+            return;
+    std::printf("message: %ls\n", message);
+}
+
+} // namespace
 
 int main() {
+    ZQ::ZQSetMessageFunc(PrintMessage, nullptr);
     KioskApp app;
     app.ReadOptions();
     if (FAILED(app.Init(true, true, true, true)))

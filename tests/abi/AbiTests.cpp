@@ -5,8 +5,26 @@
 #include <ZQVelisto.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <cwchar>
+
+// The program's own new and delete count their calls, as a Debug runtime's heap would see them.
+long g_hostNews = 0;
+long g_hostDeletes = 0;
+
+void* operator new(size_t bytes) {
+    ++g_hostNews;
+    return std::malloc(bytes ? bytes : 1);
+}
+void operator delete(void* memory) noexcept {
+    if (memory)
+        ++g_hostDeletes;
+    std::free(memory);
+}
+void operator delete(void* memory, size_t) noexcept {
+    operator delete(memory);
+}
 
 using namespace ZQ;
 
@@ -361,6 +379,28 @@ void ApplicationAndDialog() {
     CHECK(app.GetDevice() == nullptr || app.GetDevice() == app.GetD3DDevice());
 }
 
+// ---- Objects the program makes and deletes, and scenes the library deletes: all on the library's heap.
+
+void ObjectsOnTheLibrarysHeap() {
+    const long news = g_hostNews, deletes = g_hostDeletes;
+    {
+        ZQSceneManager scenes;
+        scenes.Entry(L"Title", new LoggingScene('T'));
+        ZQKalman* filter = new ZQKalman;
+        delete filter;
+        ZQWaveFile* waves = new ZQWaveFile[2];
+        delete[] waves;
+        Worker* worker = new Worker;
+        delete worker;
+        _3D::ZQ3DObject* models = new _3D::ZQ3DObject(nullptr);
+        delete models;
+    } // the scene manager deletes its scene
+    CHECK(g_hostNews == news && g_hostDeletes == deletes);
+    if (g_hostNews != news || g_hostDeletes != deletes)
+        std::printf("the program's new ran %ld times, its delete %ld times\n", g_hostNews - news,
+                    g_hostDeletes - deletes);
+}
+
 } // namespace
 
 int main() {
@@ -375,7 +415,8 @@ int main() {
                   {"scenes owned by the library", ScenesOwnedByTheLibrary},
                   {"thread override", ThreadOverride},
                   {"serial responder", SerialResponder},
-                  {"application and dialog", ApplicationAndDialog}};
+                  {"application and dialog", ApplicationAndDialog},
+                  {"objects on the library's heap", ObjectsOnTheLibrarysHeap}};
     for (const auto& group : groups) {
         std::printf("%s\n", group.name);
         group.run();

@@ -1,10 +1,11 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 
 namespace ZQ {
 
 /// One-value smoothing filter for noisy readings.
-class ZQ_API ZQKalman {
+class ZQ_API ZQKalman : public ZQHeapObject {
 public:
     ZQKalman() = default;
     ZQKalman(double estimate, double spread) : m_estimate(estimate), m_spread(spread) {}

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQPlatform.h"
 
 namespace ZQ {
@@ -21,7 +22,7 @@ const UINT ZQ_WM_THREAD_POS = WM_USER + 4000;
 /// The destructor waits up to 3 seconds for a started job and then terminates the thread
 /// (exit code 920), so a hanging job cannot hang shutdown; destroy the object only after the
 /// job has finished, or its override runs on a half-destroyed object.
-class ZQ_API ZQThread {
+class ZQ_API ZQThread : public ZQHeapObject {
 public:
     ZQThread();
     virtual ~ZQThread();

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQCriticalSection.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
@@ -13,7 +14,7 @@ class ZQTextTarget;
 /// appended and removed from the end (Backspace, on committed text only); the box that has the focus
 /// shows the caret "|" after its text. Drawn like a static, through a texture of the rectangle's size
 /// at its top-left corner, optionally masked with "*" and shadowed. Sends no events.
-class ZQ_API ZQDialogEditBox {
+class ZQ_API ZQDialogEditBox : public ZQHeapObject {
 public:
     /// The maximum length is the rectangle's width in the font's characters (its description's Width),
     /// less one: a font made with width 0 lets nothing be typed. A rectangle lower than the font is made

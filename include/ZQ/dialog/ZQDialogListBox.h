@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQCriticalSection.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
@@ -13,7 +14,7 @@ class ZQTextTarget;
 /// A text log of coloured lines: the newest lines that fit are shown, one per font height, the newest
 /// in the last band. Drawn like a static, through a texture of the rectangle's size at its top-left
 /// corner. Takes no input and sends no events.
-class ZQ_API ZQDialogListBox {
+class ZQ_API ZQDialogListBox : public ZQHeapObject {
 public:
     ZQDialogListBox(ZQSprite* sprite, unsigned int id, ID3DXFont* font, ZQRect& rect);
     ZQDialogListBox(const ZQDialogListBox&) = delete;

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQCriticalSection.h"
 #include "ZQ/core/ZQString.h"
 #include "ZQ/core/ZQVector.h"
@@ -10,7 +11,7 @@ namespace ZQ {
 /// An unsigned 64-bit counter drawn with digit chunks named prefix + "00" to prefix + "09".
 /// alignment: 0 left edge at the position, 1 (roughly) centred on it, 2 right edge at it; other
 /// values draw nothing. Sends no events.
-class ZQ_API ZQDialogNumber {
+class ZQ_API ZQDialogNumber : public ZQHeapObject {
 public:
     ZQDialogNumber(ZQSprite* sprite, unsigned int id, const wchar_t* prefix, D3DXVECTOR3& position, float spacing,
                    unsigned long alignment);

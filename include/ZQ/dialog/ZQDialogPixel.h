@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQPlatform.h"
 #include "ZQ/twod/ZQTextureChunk.h"
 
@@ -7,7 +8,7 @@ namespace ZQ {
 
 /// Per-pixel hit mask of a clickable control: one byte per pixel of its chunk, 1 where the chunk's
 /// alpha is not zero. Copies get a mask of their own.
-class ZQ_API ZQDialogPixel {
+class ZQ_API ZQDialogPixel : public ZQHeapObject {
 public:
     ZQDialogPixel() = default;
     ZQDialogPixel(const ZQDialogPixel& other);

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQCriticalSection.h"
 #include "ZQ/core/ZQRect.h"
 #include "ZQ/core/ZQString.h"
@@ -12,7 +13,7 @@ class ZQTextTarget;
 /// A line of text of a dialog, in a font the caller keeps, optionally with a drop shadow. Each frame
 /// the text is drawn into a texture of the rectangle's size, which is then drawn at the position
 /// (first the rectangle's top-left corner). Sends no events.
-class ZQ_API ZQDialogStatic {
+class ZQ_API ZQDialogStatic : public ZQHeapObject {
 public:
     ZQDialogStatic(ZQSprite* sprite, unsigned int id, ID3DXFont* font, const wchar_t* text, ZQRect& rect,
                    D3DXCOLOR& colour, unsigned long format);

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQPlatform.h"
 
 namespace ZQ {
@@ -16,7 +17,7 @@ protected:
 };
 
 /// Holds the callback of a control or dialog (null by default: no events are sent).
-class ZQ_API ZQDialogResponseEvent {
+class ZQ_API ZQDialogResponseEvent : public ZQHeapObject {
 public:
     ZQDialogResponseEvent() = default;
     ZQDialogResponseEvent(const ZQDialogResponseEvent&) = default;

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQPlatform.h"
 #include "ZQ/frame/ZQResponseKeyboard.h"
 
@@ -8,7 +9,7 @@ namespace ZQ {
 /// Keyboard state of the application object: the down state of every virtual key, the
 /// accessibility records saved at start-up and the hook that blocks the Windows keys while
 /// shortcut keys are not allowed.
-class ZQ_API ZQKeyboard : public _ZQResponseKeyboard_tag {
+class ZQ_API ZQKeyboard : public _ZQResponseKeyboard_tag, public ZQHeapObject {
 public:
     ZQKeyboard();
     /// A copy shares the records and the key array (not their contents); each keeps its own lock.

@@ -1,11 +1,12 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQPlatform.h"
 
 namespace ZQ {
 
 /// Mouse-button state of the application object, in the order left, middle, right, side 1, side 2.
-class ZQ_API ZQMouse {
+class ZQ_API ZQMouse : public ZQHeapObject {
 public:
     enum Button { Left = 0, Middle = 1, Right = 2, Side1 = 3, Side2 = 4 };
     ZQMouse();

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQPlatform.h"
 #include "ZQ/frame/ZQDeviceSettings.h"
 
@@ -8,7 +9,7 @@ namespace ZQ {
 /// Base class of one screen. Every operation does nothing by default; override what the screen needs.
 /// The frame calls only the current scene. Each callback receives the context registered with the
 /// matching function callback of the framework.
-class ZQ_API ZQScene {
+class ZQ_API ZQScene : public ZQHeapObject {
 public:
     ZQScene() = default;
     ZQScene(const ZQScene&) {}

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQPlatform.h"
 #include "ZQ/serial/ZQResponseClass.h"
 #include "ZQ/serial/ZQSQueue.h"
@@ -10,7 +11,7 @@ namespace ZQ {
 /// received chunks with recv; the threads move them between the queues and the line and call the response
 /// object (see _ZQResponseClass_tag for which callbacks, on which thread).
 /// A copy shares the handles, queues and response of the original: keep and destroy only one of them.
-class ZQ_API ZQRS232 {
+class ZQ_API ZQRS232 : public ZQHeapObject {
 public:
     ZQRS232();
     explicit ZQRS232(_ZQResponseClass_tag* response);

@@ -1,11 +1,12 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQPlatform.h"
 
 namespace ZQ {
 
 /// One chunk of bytes in a ZQSQUEUE, or a spare node in its pool.
-class ZQ_API ZQSNODE {
+class ZQ_API ZQSNODE : public ZQHeapObject {
 public:
     /// A zero-filled buffer of capacity bytes (none when it cannot be had), length 0.
     explicit ZQSNODE(int capacity);
@@ -22,7 +23,7 @@ public:
 /// Thread-safe first-in-first-out queue of byte chunks of up to 2180 bytes each. Its nodes come from a
 /// pool of 30 made up front; a push with no spare node makes one more, and nodes go back to the pool,
 /// never to the heap, until the queue is destroyed: the pool only grows.
-class ZQ_API ZQSQUEUE {
+class ZQ_API ZQSQUEUE : public ZQHeapObject {
 public:
     enum { kChunkCapacity = 2180, kInitialNodes = 30 };
 

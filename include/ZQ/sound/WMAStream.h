@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQPlatform.h"
 
 #include <objidl.h>
@@ -9,7 +10,7 @@ namespace ZQ {
 /// A read-only IStream over a disk file, handed to the media reader. Starts with one reference;
 /// the last Release deletes it. Write, SetSize, CopyTo, Commit, Revert, the region locks and Clone
 /// answer E_NOTIMPL; Read, Seek and Stat answer E_UNEXPECTED while no file is open.
-class ZQ_API WMAStream : public IStream {
+class ZQ_API WMAStream : public IStream, public ZQHeapObject {
 public:
     WMAStream();
     /// Opens the file for shared reading; E_FAIL when it is not a disk file (device, pipe), else the

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQPlatform.h"
 
 #include <dsound.h>
@@ -13,7 +14,7 @@ class WMAStream;
 /// Media reader (wmvcore.dll, loaded when first needed) driven by its own clock as fast as it decodes.
 /// Not reference counted: AddRef and Release answer 1. One file at a time; the reader calls back on
 /// its own threads.
-class ZQ_API ZQMp3File : public IWMReaderCallback, public IWMReaderCallbackAdvanced {
+class ZQ_API ZQMp3File : public IWMReaderCallback, public IWMReaderCallbackAdvanced, public ZQHeapObject {
 public:
     explicit ZQMp3File(IDirectSound8* device);
     /// Closes and frees the work buffer.
@@ -55,16 +56,15 @@ public:
     /// Collects decoded bytes; blocks the reader once the current Read has what it needs.
     HRESULT STDMETHODCALLTYPE OnSample(DWORD output, QWORD time, QWORD duration, DWORD flags, INSSBuffer* sample,
                                        void* context) override;
-    HRESULT STDMETHODCALLTYPE OnStreamSample(WORD stream, QWORD time, QWORD duration, DWORD flags,
-                                             INSSBuffer* sample, void* context) override;
+    HRESULT STDMETHODCALLTYPE OnStreamSample(WORD stream, QWORD time, QWORD duration, DWORD flags, INSSBuffer* sample,
+                                             void* context) override;
     /// Moves the clock on by 100 ms, so decoding runs ahead.
     HRESULT STDMETHODCALLTYPE OnTime(QWORD time, void* context) override;
     HRESULT STDMETHODCALLTYPE OnStreamSelection(WORD count, WORD* streams, WMT_STREAM_SELECTION* selections,
                                                 void* context) override;
     HRESULT STDMETHODCALLTYPE OnOutputPropsChanged(DWORD output, WM_MEDIA_TYPE* type, void* context) override;
     HRESULT STDMETHODCALLTYPE AllocateForStream(WORD stream, DWORD size, INSSBuffer** sample, void* context) override;
-    HRESULT STDMETHODCALLTYPE AllocateForOutput(DWORD output, DWORD size, INSSBuffer** sample,
-                                                void* context) override;
+    HRESULT STDMETHODCALLTYPE AllocateForOutput(DWORD output, DWORD size, INSSBuffer** sample, void* context) override;
 
 private:
     void ClockTick();

@@ -12,6 +12,10 @@ namespace ZQ {
 /// looked up, played, tested and stopped from several threads at once.
 class ZQ_API ZQSound : private ZQMp3File {
 public:
+    /// Allocated by the library, as every class destroyed through a virtual destructor.
+    using ZQMp3File::operator new;
+    using ZQMp3File::operator delete;
+
     /// Opens the default device and sets window and level as given. Without a device every
     /// operation does nothing; when only the level fails no MP3 can be registered.
     ZQSound(HWND window, unsigned long level);

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQPlatform.h"
 
 namespace ZQ {
@@ -7,7 +8,7 @@ namespace ZQ {
 /// Reads and writes RIFF wave files through the multimedia I/O functions; reads a "WAVE" or "WAV"
 /// resource of the program when no file has the name, or a block of memory. Results are HRESULTs:
 /// E_FAIL for any I/O or format failure, CO_E_NOTINITIALIZED when nothing is open.
-class ZQ_API ZQWaveFile {
+class ZQ_API ZQWaveFile : public ZQHeapObject {
 public:
     ZQWaveFile();
     /// Closes; frees the format unless it is the caller's (memory mode).

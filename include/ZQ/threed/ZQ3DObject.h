@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQCriticalSection.h"
 #include "ZQ/core/ZQMapper.h"
 #include "ZQ/core/ZQPlatform.h"
@@ -12,7 +13,7 @@ namespace _3D {
 /// textures, skins and animation sets; looked up by name (case-insensitive, the first registered
 /// wins). Buffers and textures live in the managed pool, so models survive a device reset. Every
 /// operation takes the store's lock: loading on a worker thread while the main thread draws is safe.
-class ZQ_API ZQ3DObject {
+class ZQ_API ZQ3DObject : public ZQHeapObject {
 public:
     explicit ZQ3DObject(IDirect3DDevice9* device);
     /// Owns its models: not copied.

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQPlatform.h"
 #include "ZQ/core/ZQVector.h"
 
@@ -21,7 +22,7 @@ struct ZQ_API _ZQ3DTcbSpline_tag {
 
 /// Kochanek-Bartels (tension, continuity, bias) spline through timed keys, one cubic per segment
 /// between neighbouring keys, evaluated in 32-bit floats. Ready from four keys on. Copies are deep.
-class ZQ_API ZQ3DSpline {
+class ZQ_API ZQ3DSpline : public ZQHeapObject {
 public:
     ZQ3DSpline();
     ZQ3DSpline(const ZQ3DSpline& other);

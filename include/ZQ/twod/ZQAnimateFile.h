@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQMapper.h"
 #include "ZQ/core/ZQPlatform.h"
 
@@ -10,7 +11,7 @@ class ZQSprite;
 /// Reader of ".AM" animation files ("AMv2": single-byte names; "QXR_AM": UTF-16 names). Every scene
 /// becomes a ZQAnimateScene registered in the map given at construction (a ZQAnimate's), every frame a
 /// frame of it. Normally reached through ZQAnimate::Entry.
-class ZQ_API ZQAmFile {
+class ZQ_API ZQAmFile : public ZQHeapObject {
 public:
     ZQAmFile(ZQSprite* sprite, ZQMapper* scenes);
     /// Copies the pointers and the lock's bytes as they are (shallow).
@@ -29,7 +30,7 @@ private:
 };
 
 /// Reader of ".TA" animation files ("TETA", UTF-16 names); as ZQAmFile, but a wrong magic closes the file.
-class ZQ_API ZQTaFile {
+class ZQ_API ZQTaFile : public ZQHeapObject {
 public:
     ZQTaFile(ZQSprite* sprite, ZQMapper* scenes);
     ZQTaFile(const ZQTaFile& other);

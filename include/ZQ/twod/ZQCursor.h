@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQCriticalSection.h"
 #include "ZQ/core/ZQPlatform.h"
 #include "ZQ/core/ZQRect.h"
@@ -15,7 +16,7 @@ class ZQSprite;
 /// per button state at the mouse position; the animated form plays an animation at the position it was
 /// started at (it does not follow the mouse). Feed it the frame's mouse callback, draw it from the render
 /// callback. Every operation takes the cursor's lock.
-class ZQ_API ZQCursor {
+class ZQ_API ZQCursor : public ZQHeapObject {
 public:
     /// Chunk cursor drawing with sprite (not owned).
     explicit ZQCursor(ZQSprite* sprite);

@@ -1,6 +1,7 @@
 #pragma once
 #include "ZQ/core/ZQArray.h"
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQPlatform.h"
 
 namespace ZQ {
@@ -15,7 +16,7 @@ struct _ZQFontList_tag {
 /// The text fonts of an application under small integer ids. Id 0 is a default font (Arial, height 20,
 /// width 8, weight 700) made by the constructor. Lookups take the first entry of an id; a replaced id moves
 /// to the end of the list. Forward the device's lost and reset notifications to it.
-class ZQ_API ZQFont {
+class ZQ_API ZQFont : public ZQHeapObject {
 public:
     explicit ZQFont(IDirect3DDevice9* device);
     // Copies would share and release the same fonts twice.

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQMapper.h"
 #include "ZQ/core/ZQPlatform.h"
 
@@ -7,7 +8,7 @@ namespace ZQ {
 
 /// Reader of ".OM" packed files: an image with a table of named rectangles. Every record becomes a
 /// chunk in the map given at construction (a ZQTexture's). Normally reached through ZQTexture::Entry.
-class ZQ_API ZQOmFile {
+class ZQ_API ZQOmFile : public ZQHeapObject {
 public:
     ZQOmFile(IDirect3DDevice9* device, ZQMapper* chunks);
     /// Copies the pointers and the lock's bytes as they are (shallow).
@@ -33,7 +34,7 @@ private:
 };
 
 /// Reader of ".TE" atlas files (layout tags 6536 and 10632); as ZQOmFile, with trim rectangles.
-class ZQ_API ZQTeFile {
+class ZQ_API ZQTeFile : public ZQHeapObject {
 public:
     ZQTeFile(IDirect3DDevice9* device, ZQMapper* chunks);
     ZQTeFile(const ZQTeFile& other);

@@ -1,5 +1,6 @@
 #pragma once
 #include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQHeapObject.h"
 #include "ZQ/core/ZQMapper.h"
 #include "ZQ/core/ZQPlatform.h"
 #include "ZQ/threed/ZQ3DSpline.h"
@@ -13,7 +14,7 @@ struct ZQ_API _ZQSplineChunk_tag {
 };
 
 /// Reader of ".SPL" spline-path files into a ZQSpline's map. Normally reached through ZQSpline.
-class ZQ_API ZQSplFile {
+class ZQ_API ZQSplFile : public ZQHeapObject {
 public:
     explicit ZQSplFile(ZQMapper* paths);
     ZQSplFile(const ZQSplFile& other);
