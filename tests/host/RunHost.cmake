@@ -1,6 +1,7 @@
 # Makes this build's release package with CPack, unpacks it into a fresh folder, builds a host against
 # the unpacked package alone with the CMake recipe copied from README.md (and tests/host/project/main.cpp
-# as its program), with the toolchain of the package's ABI, and runs the program under Wine.
+# as its program), with the toolchain of the package's ABI, and runs the program under Wine; then builds
+# and runs the sample the package carries.
 set(work ${BINARY_DIR}/host)
 set(unpacked ${work}/unpacked)
 set(project ${work}/project)
@@ -40,3 +41,17 @@ run(${CMAKE_COMMAND} -S ${project} -B ${build} -G ${GENERATOR}
 run(${CMAKE_COMMAND} --build ${build})
 file(COPY ${package}/bin/ZQVelisto.dll DESTINATION ${build})
 run(${SOURCE_DIR}/cmake/wine-run.sh ${build}/kiosk.exe)
+
+# The package's own sample, built from the unpacked folder alone (its project finds the package it sits
+# in) and run headless: it must draw its coin and have nothing to say about missing files.
+set(sample_build ${work}/sample-build)
+run(${CMAKE_COMMAND} -S ${package}/sample -B ${sample_build} -G ${GENERATOR}
+    -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} -DCMAKE_BUILD_TYPE=Release)
+run(${CMAKE_COMMAND} --build ${sample_build})
+execute_process(COMMAND ${SOURCE_DIR}/cmake/wine-run.sh ${sample_build}/bin/sample.exe -windowed
+        -constantframetime:0.05 -quitafterframe:20 -noerrormsgboxes
+    RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+message(STATUS "sample: ${output}")
+if(NOT result EQUAL 0 OR NOT output MATCHES "the sample ran [0-9]+ frames and drew its coin" OR output MATCHES "message:")
+    message(FATAL_ERROR "the package's sample failed (${result}): ${output}${errors}")
+endif()
