@@ -21,6 +21,8 @@ compile() { "$llvm/clang-cl" "${flags[@]}" "$@"; }
 compile /c /Fo"$out/obj/crt_common.obj" -- "$here/crt/crt_common.c"
 compile /c /Fo"$out/obj/dll_start.obj" -- "$here/crt/dll_start.c"
 compile /c /Fo"$out/obj/dll_main_default.obj" -- "$here/crt/dll_main_default.c"
+compile /c /Fo"$out/obj/gs_support.obj" -- "$here/crt/gs_support.c"
+compile /c /Fo"$out/obj/chkstk.obj" -- "$here/crt/chkstk.c"
 compile /c /std:c++17 /Fo"$out/obj/new_delete.obj" -- "$here/crt/new_delete.cpp"
 # One object a kind of main, so that a program pulls in only the entry it has.
 for entry in 1 2 3 4; do

@@ -196,7 +196,7 @@ bool ZQMp3File::PostOpen() {
     QWORD units = 0;
     if (SUCCEEDED(GetHeaderAttribute(L"Duration", &duration)) && duration)
         memcpy(&units, duration, sizeof units);
-    delete[] duration;
+    FreeHeaderAttribute(duration);
     double bytes = std::floor(static_cast<double>(units) / 1e7 * m_format.nAvgBytesPerSec + 0.5);
     STATSTG stat;
     if (FAILED(m_stream->Stat(&stat, STATFLAG_NONAME)))
@@ -332,10 +332,14 @@ HRESULT ZQMp3File::GetHeaderAttribute(const wchar_t* name, unsigned char** value
         return E_OUTOFMEMORY;
     hr = m_headerInfo->GetAttributeByName(&stream, name, &type, *value, &length);
     if (FAILED(hr)) {
-        delete[] *value;
+        FreeHeaderAttribute(*value);
         *value = nullptr;
     }
     return hr;
+}
+
+void ZQMp3File::FreeHeaderAttribute(unsigned char* value) {
+    delete[] value;
 }
 
 HRESULT ZQMp3File::QueryInterface(REFIID iid, void** object) {

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
+#include <string>
 
 // The program's own new and delete count their calls, as a Debug runtime's heap would see them.
 long g_hostNews = 0;
@@ -379,6 +380,45 @@ void ApplicationAndDialog() {
     CHECK(app.GetDevice() == nullptr || app.GetDevice() == app.GetD3DDevice());
 }
 
+// ---- The start-up's edge paths, in a DLL of its own: an attach that fails undoes itself once (DllMain's
+// detach, the global's destructor) and the loader's detach after it does nothing; a normal load and
+// unload runs each step once.
+
+std::string StartupLog(const wchar_t* path) {
+    std::string text;
+    if (FILE* file = _wfopen(path, L"rb")) {
+        char buffer[256];
+        size_t read;
+        while ((read = std::fread(buffer, 1, sizeof buffer, file)) > 0)
+            text.append(buffer, read);
+        std::fclose(file);
+    }
+    DeleteFileW(path);
+    return text;
+}
+
+void StartupEdgePaths() {
+    wchar_t log[MAX_PATH];
+    GetTempPathW(MAX_PATH, log);
+    wcscat_s(log, MAX_PATH, L"zq-startup-probe.log");
+    DeleteFileW(log);
+    SetEnvironmentVariableW(L"ZQ_STARTUP_LOG", log);
+    SetEnvironmentVariableW(L"ZQ_STARTUP_FAIL", L"1");
+    HMODULE refused = LoadLibraryW(L"startup_probe.dll");
+    CHECK(refused == nullptr);
+    const std::string failed = StartupLog(log);
+    CHECK(failed == "construct attach detach destruct ");
+    SetEnvironmentVariableW(L"ZQ_STARTUP_FAIL", nullptr);
+    HMODULE loaded = LoadLibraryW(L"startup_probe.dll");
+    CHECK(loaded != nullptr);
+    if (loaded)
+        FreeLibrary(loaded);
+    const std::string normal = StartupLog(log);
+    CHECK(normal == "construct attach detach destruct ");
+    if (g_failed)
+        std::printf("failed attach: %s\nload and unload: %s\n", failed.c_str(), normal.c_str());
+}
+
 // ---- Objects the program makes and deletes, and scenes the library deletes: all on the library's heap.
 
 void ObjectsOnTheLibrarysHeap() {
@@ -390,8 +430,8 @@ void ObjectsOnTheLibrarysHeap() {
         delete filter;
         ZQWaveFile* waves = new ZQWaveFile[2];
         delete[] waves;
-        Worker* worker = new Worker;
-        delete worker;
+        _3D::ZQ3DSpline* path = new _3D::ZQ3DSpline;
+        delete path;
         _3D::ZQ3DObject* models = new _3D::ZQ3DObject(nullptr);
         delete models;
     } // the scene manager deletes its scene
@@ -409,7 +449,10 @@ int main() {
     const struct {
         const char* name;
         void (*run)();
-    } groups[] = {{"strings and formatting", StringsAndFormatting},
+    } groups[] = {// First, while no other thread of the program runs: the attaches and detaches seen are the probe's
+                  // own.
+                  {"start-up edge paths", StartupEdgePaths},
+                  {"strings and formatting", StringsAndFormatting},
                   {"values and templates", ValuesAndTemplates},
                   {"files beside the program", FilesBesideTheProgram},
                   {"scenes owned by the library", ScenesOwnedByTheLibrary},

@@ -1,5 +1,6 @@
 # The MSVC-ABI DLL as a Visual Studio linker sees it: MSVC-mangled class members exported, and only
 # system DLLs and the universal C runtime imported (no msvcrt.dll, no MinGW or C++ runtime DLL).
+# Every imported name must be one the real system DLL exports (windows-exports.txt beside this script).
 # Usage: cmake -DREADOBJ=llvm-readobj -DDLL=ZQVelisto.dll -P CheckModule.cmake
 execute_process(COMMAND ${READOBJ} --coff-exports --coff-imports ${DLL} OUTPUT_VARIABLE listing
     RESULT_VARIABLE result)
@@ -23,4 +24,26 @@ foreach(runtime msvcrt msvcp vcruntime libstdc libgcc libwinpthread libc\\+\\+)
         message(FATAL_ERROR "${DLL} imports a runtime it must not: ${imports}")
     endif()
 endforeach()
-message(STATUS "${DLL}: MSVC names exported; imports ${imports}")
+
+file(READ ${CMAKE_CURRENT_LIST_DIR}/windows-exports.txt known)
+string(TOLOWER "${known}" known)
+string(REPLACE "\n" ";" lines "${listing}")
+set(dll "")
+set(unknown "")
+set(checked 0)
+foreach(line IN LISTS lines)
+    if(line MATCHES "^  Name: (.+)$")
+        string(TOLOWER "${CMAKE_MATCH_1}" dll)
+    elseif(line MATCHES "^  Symbol: ([^ ]+) ")
+        string(TOLOWER "${CMAKE_MATCH_1}" name)
+        math(EXPR checked "${checked} + 1")
+        string(FIND "${known}" "\n${dll} ${name}\n" at)
+        if(at EQUAL -1)
+            list(APPEND unknown "${dll} ${CMAKE_MATCH_1}")
+        endif()
+    endif()
+endforeach()
+if(unknown)
+    message(FATAL_ERROR "${DLL} imports names Windows does not export: ${unknown}")
+endif()
+message(STATUS "${DLL}: MSVC names exported; imports ${imports}; ${checked} imported names all exported by Windows")

@@ -214,6 +214,12 @@ TEST(ZQMp3File, BadFilesFailAndTheStreamKeepsToItsAnswers) {
         EXPECT_EQ(mp3.GetHeaderAttribute(L"NoSuchAttribute", &value), S_OK);
         EXPECT_EQ(value, nullptr);
         EXPECT_EQ(mp3.GetHeaderAttribute(L"Duration", nullptr), E_INVALIDARG);
+        ASSERT_EQ(mp3.GetHeaderAttribute(L"Duration", &value), S_OK);
+        ASSERT_NE(value, nullptr);
+        QWORD duration = 0;
+        memcpy(&duration, value, sizeof duration);
+        EXPECT_NEAR(static_cast<double>(duration) / 1e7, 1.0, 0.05) << "a second of music, in 100 ns units";
+        ZQMp3File::FreeHeaderAttribute(value);
         buffer->Release();
 
         // Cut short, not audio at all, empty, and a device instead of a file.

@@ -12,3 +12,4 @@ int __cdecl _initterm_e(_PIFV* first, _PIFV* last);
 
 int zq_crt_initialize(void);
 void zq_crt_finalize(void);
+void __cdecl __security_init_cookie(void);

@@ -5,6 +5,7 @@
 static void __cdecl finalize_module(void) { zq_crt_finalize(); }
 
 static void start(int console, int wide) {
+    __security_init_cookie();
     _set_app_type(console ? _crt_console_app : _crt_gui_app);
     if (wide) {
         _configure_wide_argv(_crt_argv_unexpanded_arguments);

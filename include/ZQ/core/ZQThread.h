@@ -5,7 +5,8 @@
 
 namespace ZQ {
 
-/// Callbacks for objects that are told about a worker thread's job.
+/// Callbacks for objects that are told about a worker thread's job. Overrides must not throw: they run
+/// on the library's threads, which cannot unwind.
 class ZQ_API _ZQResponseThread_tag {
 public:
     virtual void OnThread(void* param);
@@ -18,7 +19,7 @@ protected:
 /// Message that SetPos posts to report progress (WM_USER + 4000).
 const UINT ZQ_WM_THREAD_POS = WM_USER + 4000;
 
-/// Worker thread that runs one job once: derive, override OnThread, call SetStart.
+/// Worker thread that runs one job once: derive, override OnThread (which must not throw), call SetStart.
 /// The destructor waits up to 3 seconds for a started job and then terminates the thread
 /// (exit code 920), so a hanging job cannot hang shutdown; destroy the object only after the
 /// job has finished, or its override runs on a half-destroyed object.

@@ -5,7 +5,8 @@
 
 namespace ZQ {
 
-/// What the application implements to hear from dialog controls. The default does nothing.
+/// What the application implements to hear from dialog controls. The default does nothing. Overrides
+/// must not throw: the library calls them from code that cannot unwind.
 class ZQ_API _ZQResponseDialog_tag {
 public:
     /// A control reports: clicks carry the release position (a, b); bars and gauges reaching their end

@@ -5,7 +5,7 @@
 namespace ZQ {
 
 /// The accessibility-key records saved at start-up, so that they can be restored on exit.
-/// The defaults do nothing and return null.
+/// The defaults do nothing and return null. Overrides must not throw.
 class ZQ_API _ZQResponseKeyboard_tag {
 public:
     virtual void SetStartupStickyKeys(STICKYKEYS* keys);

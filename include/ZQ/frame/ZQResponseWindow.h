@@ -7,7 +7,7 @@ namespace ZQ {
 /// The window properties through which the framework reaches the application's window.
 /// Every operation does nothing by default: setters ignore their argument, getters return null or false.
 /// The application object implements all of them except SetWindowTitle, which stays the empty default
-/// (the title changes only through the window layer's own SetWindowTitle).
+/// (the title changes only through the window layer's own SetWindowTitle). Overrides must not throw.
 class ZQ_API _ZQResponseWindow_tag {
 public:
     virtual void SethWnd(HWND hWnd);

@@ -8,7 +8,8 @@ namespace ZQ {
 
 /// Base class of one screen. Every operation does nothing by default; override what the screen needs.
 /// The frame calls only the current scene. Each callback receives the context registered with the
-/// matching function callback of the framework.
+/// matching function callback of the framework. Overrides must not throw: the library calls them from
+/// code that cannot unwind (the scene manager's lock is held around OnCreateDevice and the others).
 class ZQ_API ZQScene : public ZQHeapObject {
 public:
     ZQScene() = default;

@@ -8,7 +8,8 @@ namespace ZQ {
 ///   OnClassInit after a successful Open (on the thread that called Open),
 ///   OnClassSend on every pass of the sender thread (a good place to call send),
 ///   OnClassRecv on every pass of the receiver thread (a good place to call recv).
-/// The other ten are free for the application's own use.
+/// The other ten are free for the application's own use. Overrides must not throw: they run on the
+/// port's threads, which cannot unwind.
 class ZQ_API _ZQResponseClass_tag {
 public:
     virtual void OnClassClose(void* sender);

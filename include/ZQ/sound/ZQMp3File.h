@@ -43,9 +43,12 @@ public:
     unsigned long GetSize();
     WAVEFORMATEX* GetFormat();
     bool IsEOF();
-    /// A copy of a header attribute (delete[] it); S_OK with null when absent; E_UNEXPECTED when
-    /// nothing is open, E_INVALIDARG for a null value pointer.
+    /// A copy of a header attribute (delete[] it, or better FreeHeaderAttribute); S_OK with null when
+    /// absent; E_UNEXPECTED when nothing is open, E_INVALIDARG for a null value pointer.
     HRESULT GetHeaderAttribute(const wchar_t* name, unsigned char** value);
+    /// Frees a copy GetHeaderAttribute made, with the library's runtime: a program's delete[] frees on
+    /// the program's heap, which a Debug runtime keeps apart. Null is ignored.
+    static void FreeHeaderAttribute(unsigned char* value);
 
     /// The two callback interfaces give this object; any other interface (IUnknown too) E_NOINTERFACE.
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
