@@ -85,7 +85,11 @@ void KioskApp::Start() {
     m_sound = new ZQSound(GethWnd(), DSSCL_PRIORITY);
     m_sound->Entry(L"Click", L"click.wav");
     m_sound->Entry(L"Music", L"music.mp3");
-    m_sound->Play(L"Music", false, 0, DSBPLAY_LOOPING);
+    // The operator's music setting outlives the program.
+    DWORD music = 1;
+    Settings().GetNumber(L"Music", &music, 1);
+    if (music)
+        m_sound->Play(L"Music", false, 0, DSBPLAY_LOOPING);
 
     m_freePlay = _wcsicmp(m_coinPort, L"none") == 0 || !m_acceptor.Open(m_coinPort);
     if (m_freePlay)
@@ -127,6 +131,7 @@ void KioskApp::Music(bool on) {
         m_sound->Play(L"Music", false, 0, DSBPLAY_LOOPING);
     else
         m_sound->Stop(L"Music");
+    Settings().SetNumber(L"Music", on ? 1 : 0);
     Log(kScreenColour, on ? L"Music on" : L"Music off");
 }
 

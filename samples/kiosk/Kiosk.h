@@ -32,7 +32,10 @@ public:
     bool Demo() const { return m_demo; }
 
     void Click();
+    /// Starts or stops the music, and keeps the choice in the kiosk's settings.
     void Music(bool on);
+    /// The kiosk's settings in the current user's registry.
+    static ZQ::ZQRegistry Settings() { return ZQ::ZQRegistry(L"Software\\ZQVelisto\\Sample kiosk"); }
     /// Takes one credit for a round; false when there is none (rounds are free without a coin acceptor
     /// and in the demo).
     bool TakeCredit();

@@ -2,6 +2,7 @@
 //   frame_child.exe cmdline <options...>   prints the overrides that Init read from the command line
 //   frame_child.exe window <title>         exits 0 when CreateWindow succeeds, 1 when it is refused
 //   frame_child.exe run <options...>       runs the main loop and prints the frames it saw
+//   frame_child.exe registry <key>         writes a number, a text and bytes under the key
 // Each prints the library's messages as "message: ..." lines.
 #include <ZQVelisto.h>
 
@@ -28,6 +29,14 @@ int main() {
         ChildApp app(arguments[2]);
         app.SetShowMsgBoxOnError(false);
         return FAILED(app.CreateWindow(arguments[2], nullptr, nullptr, nullptr, 0, 0)) ? 1 : 0;
+    }
+    if (std::wcscmp(arguments[1], L"registry") == 0 && count >= 3) {
+        ZQ::ZQRegistry settings(arguments[2]);
+        const unsigned char bytes[3] = {1, 2, 3};
+        const bool written = settings.SetNumber(L"Volume", 7) == S_OK &&
+                             settings.SetText(L"Name", L"Kiosk \u3055\u304f\u3089") == S_OK &&
+                             settings.SetBytes(L"Bytes", bytes, sizeof bytes) == S_OK;
+        return written ? 0 : 1;
     }
     if (std::wcscmp(arguments[1], L"run") == 0) {
         static int moves = 0;

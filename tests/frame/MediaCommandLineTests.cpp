@@ -172,3 +172,36 @@ TEST(CommandLine, ParsedFromARealProcess) {
                              "\"-constantframetime:fast\": \"fast\" is not a number of seconds"})
         EXPECT_NE(out.find(said), std::string::npos) << said << " in " << out;
 }
+
+// Settings written by one run of a program are read by the next; absent values give the defaults.
+TEST(Registry, SettingsOutliveTheProgramThatWroteThem) {
+    const std::wstring key = L"Software\\ZQVelisto\\Tests\\" + std::to_wstring(GetCurrentProcessId());
+    ASSERT_EQ(frametest::RunChild(L"registry \"" + key + L"\""), 0);
+    ZQ::ZQRegistry settings(key.c_str());
+    DWORD number = 0;
+    EXPECT_EQ(settings.GetNumber(L"Volume", &number, 99), S_OK);
+    EXPECT_EQ(number, 7u);
+    wchar_t text[32];
+    EXPECT_EQ(settings.GetText(L"Name", text, 32, L"none"), S_OK);
+    EXPECT_STREQ(text, L"Kiosk \u3055\u304f\u3089");
+    unsigned char bytes[8] = {};
+    DWORD size = sizeof bytes;
+    EXPECT_EQ(settings.GetBytes(L"Bytes", bytes, &size), S_OK);
+    EXPECT_EQ(size, 3u);
+    EXPECT_EQ(bytes[2], 3);
+
+    EXPECT_EQ(settings.GetNumber(L"Absent", &number, 99), S_FALSE);
+    EXPECT_EQ(number, 99u);
+    EXPECT_EQ(settings.GetNumber(L"Name", &number, 5), HRESULT_FROM_WIN32(ERROR_DATATYPE_MISMATCH));
+    EXPECT_EQ(number, 5u) << "another type gives the default";
+    wchar_t small[4];
+    EXPECT_EQ(settings.GetText(L"Name", small, 4, L"x"), HRESULT_FROM_WIN32(ERROR_MORE_DATA));
+    EXPECT_STREQ(small, L"x");
+    size = 2;
+    EXPECT_EQ(settings.GetBytes(L"Bytes", bytes, &size), HRESULT_FROM_WIN32(ERROR_MORE_DATA));
+    EXPECT_EQ(ZQ::ZQRegistry(L"Software\\ZQVelisto\\No such key").GetText(L"Name", text, 32, L"default"), S_FALSE);
+    EXPECT_STREQ(text, L"default");
+    EXPECT_EQ(settings.Remove(L"Volume"), S_OK);
+    EXPECT_EQ(settings.Remove(L"Volume"), S_FALSE);
+    RegDeleteTreeW(HKEY_CURRENT_USER, key.c_str());
+}
