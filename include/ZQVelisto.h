@@ -19,6 +19,7 @@
 #include "ZQ/core/ZQTimer.h"
 #include "ZQ/core/ZQVector.h"
 
+#include "ZQ/frame/ZQFormats.h"
 #include "ZQ/frame/ZQRegistry.h"
 #include "ZQ/frame/ZQD3DEnumeration.h"
 #include "ZQ/frame/ZQDeviceSettings.h"

@@ -83,3 +83,24 @@ TEST(NamedOperations, SettersStoreTheCallersPointerAndCopiesShareThem) {
     mouseCopy = mouse;
     EXPECT_EQ(mouseCopy.GetMouseButtons(), buttons);
 }
+
+// A format's name, bits and alpha bits, as the statistics texts and a host's messages show them.
+TEST(Formats, NamesBitsAndAlphaBits) {
+    const struct {
+        D3DFORMAT format;
+        const wchar_t* name;
+        UINT bits, alpha;
+    } formats[] = {{D3DFMT_X8R8G8B8, L"X8R8G8B8", 32, 0},
+                   {D3DFMT_A8R8G8B8, L"A8R8G8B8", 32, 8},
+                   {D3DFMT_A1R5G5B5, L"A1R5G5B5", 16, 1},
+                   {D3DFMT_DXT1, L"DXT1", 4, 1},
+                   {D3DFMT_DXT5, L"DXT5", 8, 8},
+                   {D3DFMT_D24S8, L"D24S8", 32, 0},
+                   {D3DFMT_A32B32G32R32F, L"A32B32G32R32F", 128, 32},
+                   {static_cast<D3DFORMAT>(12345), L"Unknown format", 0, 0}};
+    for (const auto& f : formats) {
+        EXPECT_STREQ(ZQ::ZQD3DFormatName(f.format), f.name);
+        EXPECT_EQ(ZQ::ZQD3DFormatBits(f.format), f.bits) << f.format;
+        EXPECT_EQ(ZQ::ZQD3DFormatAlphaBits(f.format), f.alpha) << f.format;
+    }
+}

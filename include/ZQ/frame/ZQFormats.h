@@ -1,0 +1,16 @@
+#pragma once
+#include "ZQ/core/ZQConfig.h"
+#include "ZQ/core/ZQPlatform.h"
+
+namespace ZQ {
+
+/// A Direct3D 9 format's name without its "D3DFMT_" prefix ("X8R8G8B8"); "Unknown format" for a
+/// value that names none.
+ZQ_API const wchar_t* ZQD3DFormatName(D3DFORMAT format);
+/// Bits a pixel (or index, or depth-stencil sample) of the format takes: 4 for DXT1, 8 for the other
+/// block-compressed formats; 0 for an unknown format or one without pixels (vertex data, buffers).
+ZQ_API UINT ZQD3DFormatBits(D3DFORMAT format);
+/// Bits of alpha a pixel of the format carries; 0 when it has none.
+ZQ_API UINT ZQD3DFormatAlphaBits(D3DFORMAT format);
+
+} // namespace ZQ
