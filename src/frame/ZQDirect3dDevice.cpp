@@ -7,6 +7,66 @@ namespace ZQ {
 HRESULT ZQDirect3d::CreateDevice(UINT adapter, bool windowed, int width, int height,
                                  ZQCallbackIsDeviceAcceptable isDeviceAcceptable,
                                  ZQCallbackModifyDeviceSettings modifyDeviceSettings, void* context) {
+    _ZQDeviceSettings_tag wanted = {};
+    wanted.AdapterOrdinal = adapter;
+    wanted.DeviceType = D3DDEVTYPE_HAL;
+    wanted.pp.Windowed = windowed;
+    wanted.pp.BackBufferWidth = static_cast<UINT>(width > 0 ? width : 0);
+    wanted.pp.BackBufferHeight = static_cast<UINT>(height > 0 ? height : 0);
+    return CreateDeviceMatching(wanted, _ZQMatchOptions_tag(), isDeviceAcceptable, modifyDeviceSettings, context);
+}
+
+HRESULT ZQDirect3d::CreateDeviceFromSettings(const _ZQDeviceSettings_tag* wanted, const _ZQMatchOptions_tag* options,
+                                             ZQCallbackIsDeviceAcceptable isDeviceAcceptable,
+                                             ZQCallbackModifyDeviceSettings modifyDeviceSettings, void* context) {
+    if (!wanted)
+        return E_INVALIDARG;
+    return CreateDeviceMatching(*wanted, options ? *options : _ZQMatchOptions_tag(), isDeviceAcceptable,
+                                modifyDeviceSettings, context);
+}
+
+void ZQDirect3d::ApplyCommandLine(_ZQDeviceSettings_tag* wanted, _ZQMatchOptions_tag* options) {
+    if (GetOverrideAdapterOrdinal() >= 0) {
+        wanted->AdapterOrdinal = static_cast<UINT>(GetOverrideAdapterOrdinal());
+        options->AdapterOrdinal = ZQ_MATCH_PRESERVE;
+    }
+    if (GetOverrideWindowed() || GetOverrideFullScreen()) {
+        wanted->pp.Windowed = !GetOverrideFullScreen();
+        options->Windowed = ZQ_MATCH_PRESERVE;
+    }
+    if (GetOverrideWidth() > 0) {
+        wanted->pp.BackBufferWidth = static_cast<UINT>(GetOverrideWidth());
+        options->Resolution = ZQ_MATCH_PRESERVE;
+    }
+    if (GetOverrideHeight() > 0) {
+        wanted->pp.BackBufferHeight = static_cast<UINT>(GetOverrideHeight());
+        options->Resolution = ZQ_MATCH_PRESERVE;
+    }
+    // One of the two sizes forced: the other is the one asked for, or the desktop's.
+    if (options->Resolution == ZQ_MATCH_PRESERVE && (!wanted->pp.BackBufferWidth || !wanted->pp.BackBufferHeight))
+        options->Resolution = ZQ_MATCH_CLOSEST;
+    if (GetOverrideForceREF() || GetOverrideForceHAL()) {
+        wanted->DeviceType = GetOverrideForceREF() ? D3DDEVTYPE_REF : D3DDEVTYPE_HAL;
+        options->DeviceType = ZQ_MATCH_PRESERVE;
+    }
+    const DWORD forced = GetOverrideForcePureHWVP() ? D3DCREATE_HARDWARE_VERTEXPROCESSING | D3DCREATE_PUREDEVICE
+                         : GetOverrideForceHWVP()   ? D3DCREATE_HARDWARE_VERTEXPROCESSING
+                         : GetOverrideForceSWVP()   ? D3DCREATE_SOFTWARE_VERTEXPROCESSING
+                                                    : 0;
+    if (forced) {
+        wanted->BehaviorFlags = forced;
+        options->VertexProcessing = ZQ_MATCH_PRESERVE;
+    }
+    // Vertical sync is on unless the command line turns it off.
+    if (GetOverrideForceVsync() == 0) {
+        wanted->pp.PresentationInterval = D3DPRESENT_INTERVAL_IMMEDIATE;
+        options->PresentInterval = ZQ_MATCH_PRESERVE;
+    }
+}
+
+HRESULT ZQDirect3d::CreateDeviceMatching(_ZQDeviceSettings_tag wanted, _ZQMatchOptions_tag options,
+                                         ZQCallbackIsDeviceAcceptable isDeviceAcceptable,
+                                         ZQCallbackModifyDeviceSettings modifyDeviceSettings, void* context) {
     if (GetInsideDeviceCallback())
         return E_FAIL;
     SetIsDeviceAcceptableFunc(isDeviceAcceptable);
@@ -26,26 +86,9 @@ HRESULT ZQDirect3d::CreateDevice(UINT adapter, bool windowed, int width, int hei
             return hr;
     }
 
-    _ZQDeviceSettings_tag wanted = {};
-    wanted.AdapterOrdinal = GetOverrideAdapterOrdinal() >= 0 ? static_cast<UINT>(GetOverrideAdapterOrdinal()) : adapter;
-    if (GetOverrideWindowed())
-        windowed = true;
-    if (GetOverrideFullScreen())
-        windowed = false;
-    wanted.pp.Windowed = windowed;
-    wanted.pp.BackBufferWidth = static_cast<UINT>(GetOverrideWidth() > 0 ? GetOverrideWidth() : (width > 0 ? width : 0));
-    wanted.pp.BackBufferHeight =
-        static_cast<UINT>(GetOverrideHeight() > 0 ? GetOverrideHeight() : (height > 0 ? height : 0));
-    wanted.DeviceType = GetOverrideForceREF() ? D3DDEVTYPE_REF : D3DDEVTYPE_HAL;
-    if (GetOverrideForcePureHWVP())
-        wanted.BehaviorFlags = D3DCREATE_HARDWARE_VERTEXPROCESSING | D3DCREATE_PUREDEVICE;
-    else if (GetOverrideForceHWVP())
-        wanted.BehaviorFlags = D3DCREATE_HARDWARE_VERTEXPROCESSING;
-    else if (GetOverrideForceSWVP())
-        wanted.BehaviorFlags = D3DCREATE_SOFTWARE_VERTEXPROCESSING;
-
+    ApplyCommandLine(&wanted, &options);
     _ZQDeviceSettings_tag valid;
-    HRESULT hr = FindValidDeviceSettings(&valid, &wanted);
+    HRESULT hr = FindValidDeviceSettings(&valid, &wanted, &options);
     if (FAILED(hr)) {
         DisplayErrorMessage(hr);
         return hr;
@@ -324,7 +367,8 @@ HRESULT ZQDirect3d::ToggleFullScreen() {
     }
     wanted.pp.Windowed = toWindowed;
     _ZQDeviceSettings_tag valid;
-    HRESULT hr = FindValidDeviceSettings(&valid, &wanted);
+    const _ZQMatchOptions_tag options = KeepingOptions();
+    HRESULT hr = FindValidDeviceSettings(&valid, &wanted, &options);
     if (SUCCEEDED(hr))
         hr = ChangeDevice(&valid, GetD3DDevice(), false, false);
     Pause(false, false);
@@ -337,7 +381,8 @@ HRESULT ZQDirect3d::ToggleREF() {
         return E_FAIL;
     wanted.DeviceType = wanted.DeviceType == D3DDEVTYPE_HAL ? D3DDEVTYPE_REF : D3DDEVTYPE_HAL;
     _ZQDeviceSettings_tag valid;
-    HRESULT hr = FindValidDeviceSettings(&valid, &wanted);
+    const _ZQMatchOptions_tag options = KeepingOptions();
+    HRESULT hr = FindValidDeviceSettings(&valid, &wanted, &options);
     if (SUCCEEDED(hr))
         hr = ChangeDevice(&valid, nullptr, true, false);
     return hr;

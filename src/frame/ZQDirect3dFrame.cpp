@@ -85,7 +85,8 @@ void ZQDirect3d::Render3DEnvironment() {
                 settings.AdapterFormat = desktop.Format;
                 PrepareEnumerationObject(true);
                 _ZQDeviceSettings_tag valid;
-                if (FAILED(FindValidDeviceSettings(&valid, &settings))) {
+                const _ZQMatchOptions_tag options = KeepingOptions();
+                if (FAILED(FindValidDeviceSettings(&valid, &settings, &options))) {
                     DisplayErrorMessage(ZQ_E_NO_COMPATIBLE_DEVICES);
                     Shutdown(GetExitCode());
                     return;

@@ -168,6 +168,13 @@ public:
     HRESULT CreateDevice(UINT adapter = 0, bool windowed = true, int width = 0, int height = 0,
                          ZQCallbackIsDeviceAcceptable isDeviceAcceptable = nullptr,
                          ZQCallbackModifyDeviceSettings modifyDeviceSettings = nullptr, void* context = nullptr);
+    /// As CreateDevice, from whole wanted settings matched under options (null: the defaults), for
+    /// what the short form cannot ask for: multisampling, formats, refresh rate, depth buffer. Values
+    /// the command line forces are kept exactly, whatever the options say.
+    HRESULT CreateDeviceFromSettings(const _ZQDeviceSettings_tag* wanted, const _ZQMatchOptions_tag* options = nullptr,
+                                     ZQCallbackIsDeviceAcceptable isDeviceAcceptable = nullptr,
+                                     ZQCallbackModifyDeviceSettings modifyDeviceSettings = nullptr,
+                                     void* context = nullptr);
     /// Runs until the quit message; E_FAIL when called from a device callback or inside the loop.
     HRESULT MainLoop(HACCEL accelerators = nullptr);
     /// One frame: recovery, time, deferred shutdown, timers, callbacks, present.
@@ -215,8 +222,15 @@ public:
 #undef ZQ_DECLARE_TEXT_ACCESSORS
 
     /// Fills valid with the settings closest to wanted that the system supports and the acceptance
-    /// callback accepts; ZQ_E_NO_COMPATIBLE_DEVICES when there are none.
+    /// callback accepts, under the default match options; ZQ_E_NO_COMPATIBLE_DEVICES when there are none.
     HRESULT FindValidDeviceSettings(_ZQDeviceSettings_tag* valid, const _ZQDeviceSettings_tag* wanted);
+    /// As above under options (null: the defaults). Every enumerated combination that keeps the values
+    /// marked ZQ_MATCH_PRESERVE is ranked: adapter, device type and window state first, then formats
+    /// (the desktop's when not wanted), vertex processing, full-screen size and refresh rate (the
+    /// desktop's when not wanted), multisampling, depth-stencil format and presentation interval. When no
+    /// combination qualifies the message names the requirement none meets.
+    HRESULT FindValidDeviceSettings(_ZQDeviceSettings_tag* valid, const _ZQDeviceSettings_tag* wanted,
+                                    const _ZQMatchOptions_tag* options);
     /// Creates the device for settings, or resets device when it can serve them, running the
     /// modification and device-event callbacks.
     HRESULT ChangeDevice(const _ZQDeviceSettings_tag* settings, IDirect3DDevice9* device, bool forceRecreate,
@@ -246,6 +260,14 @@ protected:
     void RouteInput(HWND hWnd, UINT msg, WPARAM wParam, LPARAM lParam);
 
 private:
+    /// Options for settings derived from the live device's (a toggle, a changed desktop): everything as
+    /// close as offered, the window state kept, the formats left to the new mode.
+    static _ZQMatchOptions_tag KeepingOptions();
+    /// Writes what the command line forces into wanted and marks it to be kept exactly.
+    void ApplyCommandLine(_ZQDeviceSettings_tag* wanted, _ZQMatchOptions_tag* options);
+    HRESULT CreateDeviceMatching(_ZQDeviceSettings_tag wanted, _ZQMatchOptions_tag options,
+                                 ZQCallbackIsDeviceAcceptable isDeviceAcceptable,
+                                 ZQCallbackModifyDeviceSettings modifyDeviceSettings, void* context);
     HRESULT Create3DEnvironment(const _ZQDeviceSettings_tag& settings);
     HRESULT RunDeviceCallbacks(ZQCallbackDeviceCreated function, void* context,
                                HRESULT (ZQScene::*sceneCallback)(IDirect3DDevice9*, const D3DSURFACE_DESC*, void*),
