@@ -20,6 +20,7 @@ const DWORD kVertexProcessingFlags = D3DCREATE_HARDWARE_VERTEXPROCESSING | D3DCR
 
 // What must hold for a combination to serve a request; the order is the order of the messages.
 enum Requirement {
+    kDesktopFormat,
     kAdapter,
     kDeviceType,
     kWindowed,
@@ -110,6 +111,11 @@ struct Search {
     bool Meets(Requirement requirement, const _ZQEnumDeviceSettingsCombo_tag& combo) const {
         const D3DPRESENT_PARAMETERS& pp = wanted.pp;
         switch (requirement) {
+        case kDesktopFormat: {
+            // The desktop may have changed format since it was enumerated.
+            const _ZQEnumAdapter_tag* adapter = enumeration.GetAdapter(combo.AdapterOrdinal);
+            return adapter && (!combo.Windowed || combo.AdapterFormat == adapter->Desktop.Format);
+        }
         case kAdapter:
             return !Strict(options.AdapterOrdinal) || combo.AdapterOrdinal == wanted.AdapterOrdinal;
         case kDeviceType:
@@ -164,10 +170,6 @@ struct Search {
     }
 
     bool MeetsAll(const _ZQEnumDeviceSettingsCombo_tag& combo) const {
-        // The desktop may have changed format since it was enumerated.
-        const _ZQEnumAdapter_tag* adapter = enumeration.GetAdapter(combo.AdapterOrdinal);
-        if (!adapter || (combo.Windowed && combo.AdapterFormat != adapter->Desktop.Format))
-            return false;
         for (int r = 0; r < kRequirementCount; ++r)
             if (!Meets(static_cast<Requirement>(r), combo))
                 return false;
@@ -284,6 +286,9 @@ const wchar_t* VertexProcessingName(DWORD flags) {
 void DescribeRequirement(Requirement requirement, const _ZQDeviceSettings_tag& wanted, wchar_t* text, size_t size) {
     const D3DPRESENT_PARAMETERS& pp = wanted.pp;
     switch (requirement) {
+    case kDesktopFormat:
+        std::swprintf(text, size, L"a window in the desktop's format");
+        break;
     case kAdapter:
         std::swprintf(text, size, L"adapter %u", wanted.AdapterOrdinal);
         break;
@@ -502,19 +507,19 @@ HRESULT ZQDirect3d::FindValidDeviceSettings(_ZQDeviceSettings_tag* valid, const 
         }
     }
     if (bestCombo < 0) {
-        // Name the first requirement that no combination meets on its own.
+        // Name the first requirement that, with the ones before it, no combination meets.
         wchar_t what[160] = L"";
         for (int r = 0; r < kRequirementCount && !what[0]; ++r) {
             bool anyMeets = false;
-            for (int i = 0; i < combos.GetSize() && !anyMeets; ++i)
-                anyMeets = search.Meets(static_cast<Requirement>(r), combos[i]);
+            for (int i = 0; i < combos.GetSize() && !anyMeets; ++i) {
+                anyMeets = true;
+                for (int earlier = 0; earlier <= r && anyMeets; ++earlier)
+                    anyMeets = search.Meets(static_cast<Requirement>(earlier), combos[i]);
+            }
             if (!anyMeets)
                 DescribeRequirement(static_cast<Requirement>(r), *wanted, what, sizeof what / sizeof what[0]);
         }
-        if (what[0])
-            ZQMessage(L"Device settings: no device offers %ls", what);
-        else
-            ZQMessage(L"Device settings: no device offers all the required settings together");
+        ZQMessage(L"Device settings: no device offers %ls", what);
         return ZQ_E_NO_COMPATIBLE_DEVICES;
     }
     *valid = SettingsFrom(search, combos[bestCombo]);

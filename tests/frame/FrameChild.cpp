@@ -3,6 +3,7 @@
 //   frame_child.exe window <title>         exits 0 when CreateWindow succeeds, 1 when it is refused
 //   frame_child.exe run <options...>       runs the main loop and prints the frames it saw
 //   frame_child.exe registry <key>         writes a number, a text and bytes under the key
+//   frame_child.exe device <options...>    creates a device as the command line asks; prints its settings
 // Each prints the library's messages as "message: ..." lines.
 #include <ZQVelisto.h>
 
@@ -49,6 +50,19 @@ int main() {
         const HRESULT hr = app.MainLoop(nullptr);
         std::printf("loop=%ld frames=%d moves=%d exit=%d\n", static_cast<long>(hr), app.GetCurrentFrameNumber(), moves,
                     app.GetExitCode());
+        return 0;
+    }
+    if (std::wcscmp(arguments[1], L"device") == 0) {
+        ChildApp app(L"ZQVelisto device child");
+        HRESULT hr = app.Init(true, false, false, false);
+        app.SetShowMsgBoxOnError(false);
+        if (SUCCEEDED(hr))
+            hr = app.CreateDevice(0, true, 64, 64, nullptr, nullptr, nullptr);
+        const ZQ::_ZQDeviceSettings_tag settings = app.GetDeviceSettings();
+        std::printf("device=%08lx windowed=%d size=%ux%u format=%ls type=%d vp=%lx exit=%d\n", static_cast<long>(hr),
+                    settings.pp.Windowed, settings.pp.BackBufferWidth, settings.pp.BackBufferHeight,
+                    ZQ::ZQD3DFormatName(settings.pp.BackBufferFormat), static_cast<int>(settings.DeviceType),
+                    settings.BehaviorFlags & ~D3DCREATE_MULTITHREADED, app.GetExitCode());
         return 0;
     }
     if (std::wcscmp(arguments[1], L"cmdline") == 0) {
