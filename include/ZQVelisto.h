@@ -21,6 +21,7 @@
 
 #include "ZQ/frame/ZQFormats.h"
 #include "ZQ/frame/ZQRegistry.h"
+#include "ZQ/frame/ZQRenderTarget.h"
 #include "ZQ/frame/ZQD3DEnumeration.h"
 #include "ZQ/frame/ZQDeviceSettings.h"
 #include "ZQ/frame/ZQDirect3d.h"
@@ -35,6 +36,7 @@
 #include "ZQ/frame/ZQSceneManager.h"
 #include "ZQ/frame/ZQScreenshot.h"
 #include "ZQ/frame/ZQVelisto.h"
+#include "ZQ/frame/ZQViewport.h"
 #include "ZQ/frame/ZQWindow.h"
 
 #include "ZQ/twod/ZQAnimate.h"

@@ -21,6 +21,7 @@ const wchar_t* const kShotNames[kScreenCount] = {L"attract", L"menu", L"name", L
 const int kShotFrame[kScreenCount] = {15, 15, 14, 28};
 const D3DXCOLOR kCoinColour(1.0f, 0.85f, 0.3f, 1.0f);
 const D3DXCOLOR kScreenColour(0.7f, 0.8f, 1.0f, 1.0f);
+const float kCrossfadeSeconds = 0.5f;
 
 void PostMouse(HWND hWnd, UINT msg, WPARAM keys, int x, int y) {
     PostMessageW(hWnd, msg, keys, MAKELPARAM(x, y));
@@ -113,6 +114,7 @@ void KioskApp::Show(KioskScreenId screen) {
         if (m_visitLimit > 0 && m_visits >= m_visitLimit)
             Shutdown();
     }
+    CaptureLeaving();
     m_screen = screen;
     m_framesOnScreen = 0;
     Trans(kScreenNames[screen]);
@@ -199,6 +201,30 @@ void KioskApp::DrawLabel(const wchar_t* text, RECT rect, DWORD format) {
                            D3DCOLOR_XRGB(255, 255, 255));
 }
 
+// The screen still current is the one being left (the switch comes with the next frame): drawn once more
+// into the render target, without the overlay, which stays on top of both.
+void KioskApp::CaptureLeaving() {
+    auto* leaving = static_cast<KioskScreen*>(GetCurrent());
+    IDirect3DDevice9* device = GetDevice();
+    if (!leaving || !device || !m_leaving || FAILED(device->BeginScene()))
+        return;
+    if (m_leaving->Begin()) {
+        leaving->DrawScreen(device, GetTime(), 0.0f, nullptr);
+        m_leaving->End();
+        m_fadeLeft = kCrossfadeSeconds;
+    }
+    device->EndScene();
+}
+
+void KioskApp::DrawCrossfade(float elapsed) {
+    if (m_fadeLeft <= 0.0f || !m_sprite)
+        return;
+    D3DXVECTOR3 corner(0.0f, 0.0f, 0.0f);
+    D3DXCOLOR fading(1.0f, 1.0f, 1.0f, m_fadeLeft / kCrossfadeSeconds);
+    m_sprite->Render(L"leaving screen", corner, fading, 0);
+    m_fadeLeft -= elapsed;
+}
+
 void KioskApp::DrawOverlay(IDirect3DDevice9* device, double time, float elapsed) {
     DrawLabel(L"Credits", {440, 436, 560, 468}, DT_RIGHT);
     if (m_credits)
@@ -247,18 +273,29 @@ HRESULT CALLBACK KioskApp::OnDeviceCreated(IDirect3DDevice9* device, const D3DSU
     D3DXVECTOR3 credits(620.0f, 438.0f, 0.0f);
     app->m_credits = new ZQDialogNumber(app->m_sprite, 0, L"digit", credits, 2.0f, DT_RIGHT);
     app->m_credits->Reset(app->m_creditCount);
+    // As large as the back buffer, whatever its size after a reset; the sprite draws it by name.
+    app->m_leaving = new ZQRenderTarget(device);
+    app->m_sprite->EntryShared(L"leaving screen", app->m_leaving->GetChunk());
     return S_OK;
 }
 
-HRESULT CALLBACK KioskApp::OnDeviceReset(IDirect3DDevice9*, const D3DSURFACE_DESC* backBuffer, void* context) {
-    if (ZQFont* fonts = static_cast<KioskApp*>(context)->m_fonts)
-        fonts->OnResetDevice(nullptr, backBuffer, nullptr);
+HRESULT CALLBACK KioskApp::OnDeviceReset(IDirect3DDevice9* device, const D3DSURFACE_DESC* backBuffer, void* context) {
+    auto* app = static_cast<KioskApp*>(context);
+    if (app->m_fonts)
+        app->m_fonts->OnResetDevice(nullptr, backBuffer, nullptr);
+    if (app->m_leaving)
+        app->m_leaving->OnResetDevice(device, backBuffer, nullptr);
     return S_OK;
 }
 
+// A reset loses the render target's picture: a crossfade under way stops.
 void CALLBACK KioskApp::OnDeviceLost(void* context) {
-    if (ZQFont* fonts = static_cast<KioskApp*>(context)->m_fonts)
-        fonts->OnLostDevice(nullptr);
+    auto* app = static_cast<KioskApp*>(context);
+    if (app->m_fonts)
+        app->m_fonts->OnLostDevice(nullptr);
+    if (app->m_leaving)
+        app->m_leaving->OnLostDevice(nullptr);
+    app->m_fadeLeft = 0.0f;
 }
 
 // The frame tells this function before the screen: the screen lets go of its controls first, since
@@ -275,6 +312,9 @@ void CALLBACK KioskApp::OnDeviceDestroyed(void* context) {
 void KioskApp::ReleaseShared() {
     delete m_credits;
     m_credits = nullptr;
+    delete m_leaving;
+    m_leaving = nullptr;
+    m_fadeLeft = 0.0f;
     delete m_cursor;
     m_cursor = nullptr;
     delete m_fonts;
@@ -423,6 +463,14 @@ void KioskScreen::OnFrameMove(IDirect3DDevice9* device, double time, float elaps
 void KioskScreen::OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context) {
     if (!device || FAILED(device->BeginScene()))
         return;
+    DrawScreen(device, time, elapsed, context);
+    m_app.DrawCrossfade(elapsed);
+    m_app.DrawOverlay(device, time, elapsed);
+    device->EndScene();
+    m_app.AfterFrame(device);
+}
+
+void KioskScreen::DrawScreen(IDirect3DDevice9* device, double time, float elapsed, void* context) {
     device->Clear(0, nullptr, D3DCLEAR_TARGET | D3DCLEAR_ZBUFFER, m_background, 1.0f, 0);
     const D3DRECT band = {0, 16, static_cast<LONG>(m_backBuffer.Width), 64};
     device->Clear(1, &band, D3DCLEAR_TARGET, m_banner, 1.0f, 0);
@@ -431,9 +479,6 @@ void KioskScreen::OnFrameRender(IDirect3DDevice9* device, double time, float ela
     if (m_dialog)
         m_dialog->OnFrameRender(device, time, elapsed, context);
     Draw(device, time, elapsed);
-    m_app.DrawOverlay(device, time, elapsed);
-    device->EndScene();
-    m_app.AfterFrame(device);
 }
 
 void KioskScreen::OnKeyboard(UINT key, bool down, bool alt, void* context) {

@@ -1,8 +1,9 @@
 // The kiosk application and the base of its screens.
 //
 // The application owns what every screen shares, made once per device: the atlas (kiosk.te), its
-// animations (kiosk.am), the motion paths (kiosk.spl), the fonts, the cursor and the credit counter;
-// and, for the whole run, the sounds, the coin acceptor on the serial port and the event log.
+// animations (kiosk.am), the motion paths (kiosk.spl), the fonts, the cursor, the credit counter and
+// the render target that keeps the screen being left for the crossfade; and, for the whole run, the
+// sounds, the coin acceptor on the serial port and the event log.
 #pragma once
 #include <ZQVelisto.h>
 
@@ -59,6 +60,8 @@ public:
     /// The screens draw their title and labels with these.
     void DrawTitle(const wchar_t* title, const RECT& band);
     void DrawLabel(const wchar_t* text, RECT rect, DWORD format);
+    /// The screen just left, fading out over the new one; runs down by elapsed.
+    void DrawCrossfade(float elapsed);
     /// Credits and the cursor, on top of every screen, inside its device scene.
     void DrawOverlay(IDirect3DDevice9* device, double time, float elapsed);
     /// After the screen's device scene: the demo's screenshot of each screen.
@@ -77,6 +80,7 @@ private:
     static LRESULT CALLBACK OnWindowMessage(HWND hWnd, UINT msg, WPARAM wParam, LPARAM lParam,
                                             bool* noFurtherProcessing, void* context);
     void DemoStep();
+    void CaptureLeaving();
     void ReleaseShared();
     void ReportSoak();
 
@@ -87,6 +91,8 @@ private:
     ZQ::ZQFont* m_fonts = nullptr;
     ZQ::ZQCursor* m_cursor = nullptr;
     ZQ::ZQDialogNumber* m_credits = nullptr;
+    ZQ::ZQRenderTarget* m_leaving = nullptr;
+    float m_fadeLeft = 0.0f;
     ZQ::ZQSound* m_sound = nullptr;
     CoinAcceptor m_acceptor;
     // -coinport:NAME: the acceptor's port; "none" for free play without one.
@@ -132,6 +138,8 @@ public:
                  void* context) override;
     LRESULT OnMsgProc(HWND hWnd, UINT msg, WPARAM wParam, LPARAM lParam, bool* noFurtherProcessing,
                       void* context) override;
+    /// The screen without the overlay, inside a device scene the caller began.
+    void DrawScreen(IDirect3DDevice9* device, double time, float elapsed, void* context);
 
 protected:
     virtual void Build() {}

@@ -27,13 +27,19 @@ ZQSpriteRender::ZQSpriteRender(IDirect3DDevice9* device)
     : m_device(device), m_vertexBuffer(nullptr), m_vertices(new (std::nothrow) unsigned char[kQuadBytes]()), m_viewportWidth(0.0f),
       m_viewportHeight(0.0f), m_aspect(0.0f), m_material() {
     InitializeCriticalSection(&m_lock);
-    D3DVIEWPORT9 viewport;
-    if (device && SUCCEEDED(device->GetViewport(&viewport)) && viewport.Height > 0) {
-        m_viewportWidth = static_cast<float>(viewport.Width);
-        m_viewportHeight = static_cast<float>(viewport.Height);
-        m_aspect = m_viewportWidth / m_viewportHeight;
-    }
+    ReadViewport();
     CreateVertexBuffer();
+}
+
+bool ZQSpriteRender::ReadViewport() {
+    ZQLock lock(&m_lock);
+    D3DVIEWPORT9 viewport;
+    if (!m_device || FAILED(m_device->GetViewport(&viewport)) || viewport.Height == 0)
+        return false;
+    m_viewportWidth = static_cast<float>(viewport.Width);
+    m_viewportHeight = static_cast<float>(viewport.Height);
+    m_aspect = m_viewportWidth / m_viewportHeight;
+    return true;
 }
 
 ZQSpriteRender::~ZQSpriteRender() {

@@ -20,15 +20,18 @@ ZQTexture::ZQTexture(IDirect3DDevice9* device)
 }
 
 ZQTexture::ZQTexture(const ZQTexture& other)
-    : ZQOmFile(other), ZQTeFile(other), m_device(other.m_device), m_chunks(other.m_chunks) {
+    : ZQOmFile(other), ZQTeFile(other), m_device(other.m_device), m_chunks(other.m_chunks), m_shared(other.m_shared) {
     std::memcpy(&m_lock, &other.m_lock, sizeof m_lock);
 }
 
 ZQTexture::~ZQTexture() {
     {
         ZQLock lock(&m_lock);
-        for (ZQMapper::iterator it = m_chunks.begin(); it != m_chunks.end(); ++it)
-            ZQReleaseChunk(static_cast<_ZQTextureChunk_tag*>(it->value));
+        for (ZQMapper::iterator it = m_chunks.begin(); it != m_chunks.end(); ++it) {
+            _ZQTextureChunk_tag* chunk = static_cast<_ZQTextureChunk_tag*>(it->value);
+            if (m_shared.IndexOf(chunk) < 0)
+                ZQReleaseChunk(chunk);
+        }
         m_chunks.clear();
         m_device = nullptr;
     }
@@ -114,6 +117,14 @@ void ZQTexture::Entry(const wchar_t* name, const wchar_t* file, bool center) {
         chunk->originY = static_cast<float>(height >> 1);
     }
     // The name is format text with no arguments, read the safe way.
+    ZQString key(L"%ls", formats::NameFromFormatText(name).c_str());
+    m_chunks.insert(key, chunk);
+}
+
+void ZQTexture::EntryShared(const wchar_t* name, _ZQTextureChunk_tag* chunk) {
+    ZQLock lock(&m_lock);
+    if (!name || !chunk || FAILED(m_shared.Add(chunk)))
+        return;
     ZQString key(L"%ls", formats::NameFromFormatText(name).c_str());
     m_chunks.insert(key, chunk);
 }

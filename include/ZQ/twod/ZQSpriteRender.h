@@ -35,6 +35,11 @@ public:
     void Render(IDirect3DTexture9* texture, ZQRect& dest, ZQRect& tex, D3DXCOLOR& color);
     /// Advances the camera shake by elapsed seconds.
     void OnFrameMove(IDirect3DDevice9* device, double time, float elapsed, void* context);
+    /// Reads the device's current viewport again, as the constructor does, so that pixel (0, 0) is its
+    /// top-left corner at one pixel a pixel: after ZQViewport::Begin or ZQRenderTarget::Begin, again after
+    /// their End, or after a reset (the sprite never reads it by itself). False (nothing changed) without
+    /// a device or for a viewport of no height.
+    bool ReadViewport();
 
 protected:
     /// Draws the quad last Set: the standard camera, then (with a centre) a turn by angle about that

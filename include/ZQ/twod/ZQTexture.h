@@ -1,4 +1,5 @@
 #pragma once
+#include "ZQ/core/ZQArray.h"
 #include "ZQ/core/ZQConfig.h"
 #include "ZQ/core/ZQMapper.h"
 #include "ZQ/core/ZQPlatform.h"
@@ -15,7 +16,7 @@ public:
     explicit ZQTexture(IDirect3DDevice9* device);
     /// Shallow: the copy shares the chunks; only one of the two may be destroyed.
     ZQTexture(const ZQTexture& other);
-    /// Releases every chunk and its texture.
+    /// Releases every chunk it loaded and its texture (the shared ones stay their owners').
     virtual ~ZQTexture();
 
     void Setd3dDevice(IDirect3DDevice9* device);
@@ -28,6 +29,10 @@ public:
     /// Loads one image as one chunk under name (the name is format text: "%" starts a directive).
     /// center puts the origin at the middle (integer halves of width and height).
     void Entry(const wchar_t* name, const wchar_t* file, bool center);
+    /// Registers a chunk the caller keeps (a ZQRenderTarget's, say) under name (format text, as above):
+    /// it draws by name like the others but is never released or deleted here, so it must outlive every
+    /// lookup of that name. A null name or chunk is ignored.
+    void EntryShared(const wchar_t* name, _ZQTextureChunk_tag* chunk);
     /// The chunk registered under name, or null.
     _ZQTextureChunk_tag* Trans(const wchar_t* name);
 
@@ -35,6 +40,7 @@ private:
     CRITICAL_SECTION m_lock;
     IDirect3DDevice9* m_device;
     ZQMapper m_chunks;
+    ZQArray<_ZQTextureChunk_tag*> m_shared;
 };
 
 } // namespace ZQ
