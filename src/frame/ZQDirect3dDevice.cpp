@@ -1,6 +1,8 @@
 // Device creation, reset, loss and destruction, and the switches between devices.
 #include "ZQ/frame/ZQDirect3d.h"
+#include "ZQ/core/ZQDiagnostics.h"
 #include "ZQ/core/ZQLock.h"
+#include "ZQ/frame/ZQFormats.h"
 
 namespace ZQ {
 
@@ -219,6 +221,7 @@ HRESULT ZQDirect3d::Create3DEnvironment(const _ZQDeviceSettings_tag& settings) {
         return S_OK;
     }
     if (FAILED(hr)) {
+        ZQMessage(L"Device: CreateDevice failed with %ls: %ls", ZQResultName(hr), ZQResultDescription(hr));
         DisplayErrorMessage(ZQ_E_CREATING_DEVICE);
         return ZQ_E_CREATING_DEVICE;
     }
@@ -248,8 +251,12 @@ HRESULT ZQDirect3d::Reset3DEnvironment() {
         RunLostCallbacks();
     D3DPRESENT_PARAMETERS pp = GetDeviceSettings().pp;
     const HRESULT reset = device->Reset(&pp);
-    if (FAILED(reset))
-        return reset == D3DERR_DEVICELOST ? D3DERR_DEVICELOST : ZQ_E_RESETTING_DEVICE;
+    if (reset == D3DERR_DEVICELOST)
+        return D3DERR_DEVICELOST;
+    if (FAILED(reset)) {
+        ZQMessage(L"Device: Reset failed with %ls: %ls", ZQResultName(reset), ZQResultDescription(reset));
+        return ZQ_E_RESETTING_DEVICE;
+    }
     UpdateBackBufferDescription(device);
     return RunResetCallbacks();
 }

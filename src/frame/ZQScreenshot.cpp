@@ -1,5 +1,7 @@
 #include "ZQ/frame/ZQScreenshot.h"
 
+#include "ZQ/core/ZQDiagnostics.h"
+#include "ZQ/frame/ZQFormats.h"
 #include "src/core/ZQComRelease.h"
 
 namespace ZQ {
@@ -24,15 +26,9 @@ HRESULT SavePng(IDirect3DSurface9* surface, const wchar_t* path) {
     return D3DXSaveSurfaceToFileW(path, D3DXIFF_PNG, surface, nullptr, nullptr);
 }
 
-} // namespace
-
-HRESULT ZQSaveRenderTarget(IDirect3DDevice9* device, IDirect3DSurface9* target, const wchar_t* path) {
-    if (!device || !target || !path || !path[0])
-        return E_INVALIDARG;
-    D3DSURFACE_DESC desc;
-    HRESULT hr = target->GetDesc(&desc);
-    if (FAILED(hr))
-        return hr;
+HRESULT SaveSurface(IDirect3DDevice9* device, IDirect3DSurface9* target, const D3DSURFACE_DESC& desc,
+                    const wchar_t* path) {
+    HRESULT hr;
     if (!(desc.Usage & D3DUSAGE_RENDERTARGET) || desc.Pool != D3DPOOL_DEFAULT)
         return SavePng(target, path);
 
@@ -55,6 +51,21 @@ HRESULT ZQSaveRenderTarget(IDirect3DDevice9* device, IDirect3DSurface9* target, 
         hr = device->GetRenderTargetData(source, copy.get());
     if (SUCCEEDED(hr))
         hr = SavePng(copy.get(), path);
+    return hr;
+}
+
+} // namespace
+
+HRESULT ZQSaveRenderTarget(IDirect3DDevice9* device, IDirect3DSurface9* target, const wchar_t* path) {
+    if (!device || !target || !path || !path[0])
+        return E_INVALIDARG;
+    D3DSURFACE_DESC desc = {};
+    HRESULT hr = target->GetDesc(&desc);
+    if (SUCCEEDED(hr))
+        hr = SaveSurface(device, target, desc, path);
+    if (FAILED(hr))
+        ZQMessage(L"Screenshot: %ls: a %u x %u %ls surface could not be saved: %ls (%ls)", path, desc.Width,
+                  desc.Height, ZQD3DFormatName(desc.Format), ZQResultName(hr), ZQResultDescription(hr));
     return hr;
 }
 

@@ -103,4 +103,11 @@ TEST(Formats, NamesBitsAndAlphaBits) {
         EXPECT_EQ(ZQ::ZQD3DFormatBits(f.format), f.bits) << f.format;
         EXPECT_EQ(ZQ::ZQD3DFormatAlphaBits(f.format), f.alpha) << f.format;
     }
+    // Result codes by the names the headers give them; Win32 errors in their HRESULT form.
+    EXPECT_STREQ(ZQ::ZQResultName(D3DERR_DEVICELOST), L"D3DERR_DEVICELOST");
+    EXPECT_STREQ(ZQ::ZQResultName(ZQ::ZQ_E_NO_COMPATIBLE_DEVICES), L"ZQ_E_NO_COMPATIBLE_DEVICES");
+    EXPECT_STREQ(ZQ::ZQResultName(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)),
+                 L"HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)");
+    EXPECT_STREQ(ZQ::ZQResultDescription(E_OUTOFMEMORY), L"There is not enough memory.");
+    EXPECT_STREQ(ZQ::ZQResultName(static_cast<HRESULT>(0x8123ABCD)), L"Unknown error code");
 }
