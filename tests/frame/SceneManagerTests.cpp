@@ -52,7 +52,8 @@ private:
 
 class SceneManagerTest : public ::testing::Test {
 protected:
-    SceneManagerTest() {
+    SceneManagerTest() { SetUpScenes(); }
+    void SetUpScenes() {
         g_calls.clear();
         manager = new ZQSceneManager;
         for (const char* name : {"Title", "Game", "Result"}) {
@@ -108,50 +109,42 @@ TEST_F(SceneManagerTest, NothingIsCurrentUntilTheFirstDispatch) {
     EXPECT_TRUE(TakeCalls().empty()) << "the pending name is cleared by the switch";
 }
 
-TEST_F(SceneManagerTest, SwitchTellsTheOldSceneFirst) {
-    manager->Trans(L"Title");
-    Dispatch();
-    TakeCalls();
-    int context = 0;
-    manager->Trans(L"GAME");
-    manager->Dispatcher(nullptr, nullptr, &context);
-    EXPECT_EQ(manager->GetCurrent(), scenes[1]);
-    EXPECT_EQ(TakeCalls(), (Calls{"Title.lost", "Title.destroy", "Game.create", "Game.reset"}));
-    EXPECT_EQ(scenes[0]->lastContext, &context);
-}
-
-TEST_F(SceneManagerTest, TransToTheCurrentSceneDoesNothing) {
-    manager->Trans(L"Title");
-    Dispatch();
-    TakeCalls();
-    manager->Trans(L"Title");
-    Dispatch();
-    Dispatch();
-    EXPECT_TRUE(TakeCalls().empty());
-    EXPECT_EQ(manager->GetCurrent(), scenes[0]);
-}
-
-TEST_F(SceneManagerTest, UnknownNameLeavesNoSceneAndTellsNobody) {
-    manager->Trans(L"Title");
-    Dispatch();
-    TakeCalls();
-    manager->Trans(L"Missing");
-    Dispatch();
-    EXPECT_EQ(manager->GetCurrent(), nullptr);
-    EXPECT_TRUE(TakeCalls().empty());
-
-    manager->Trans(L"Result");
-    Dispatch();
-    EXPECT_EQ(manager->GetCurrent(), scenes[2]);
-    EXPECT_EQ(TakeCalls(), (Calls{"Result.create", "Result.reset"}));
-}
-
-TEST_F(SceneManagerTest, OnlyTheLastTransBeforeAPassCounts) {
-    manager->Trans(L"Title");
-    manager->Trans(L"Result");
-    Dispatch();
-    EXPECT_EQ(manager->GetCurrent(), scenes[2]);
-    EXPECT_EQ(TakeCalls(), (Calls{"Result.create", "Result.reset"}));
+// Each pass dispatches after the Trans calls listed for it; the calls of the last pass and the scene
+// left current are what a host sees.
+TEST_F(SceneManagerTest, SwitchesByName) {
+    const struct {
+        const char* name;
+        std::vector<std::vector<const wchar_t*>> passes;
+        Calls lastCalls;
+        int current; ///< index into scenes, -1 for none
+    } cases[] = {
+        {"the old scene is told first; names in any case",
+         {{L"Title"}, {L"GAME"}},
+         {"Title.lost", "Title.destroy", "Game.create", "Game.reset"},
+         1},
+        {"a trans to the current scene does nothing", {{L"Title"}, {L"Title"}, {}}, {}, 0},
+        {"an unknown name leaves no scene and tells nobody", {{L"Title"}, {L"Missing"}}, {}, -1},
+        {"a known name after it", {{L"Title"}, {L"Missing"}, {L"Result"}}, {"Result.create", "Result.reset"}, 2},
+        {"only the last trans before a pass counts", {{L"Title", L"Result"}}, {"Result.create", "Result.reset"}, 2},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        delete manager;
+        scenes.clear();
+        SetUpScenes();
+        int context = 0;
+        for (const auto& pass : c.passes) {
+            TakeCalls();
+            for (const wchar_t* name : pass)
+                manager->Trans(name);
+            manager->Dispatcher(nullptr, nullptr, &context);
+        }
+        EXPECT_EQ(TakeCalls(), c.lastCalls);
+        EXPECT_EQ(manager->GetCurrent(), c.current < 0 ? nullptr : scenes[c.current]);
+        if (c.current == 1) {
+            EXPECT_EQ(scenes[0]->lastContext, &context) << "the old scene's lost call gets the context";
+        }
+    }
 }
 
 TEST_F(SceneManagerTest, ARepeatedNameResolvesToTheFirstScene) {
