@@ -261,9 +261,20 @@ public:
         m_prize = new _3D::ZQ3DRenderSingle(m_models);
         m_prizePlaying = m_models->Entry(L"prize", L"prize.x") && m_prize->Entry(L"PRIZE", D3DXVECTOR3(0, 0, 8)) &&
                          m_prize->Play(L"Open", 1, 0.1f) && !m_prize->Play(L"Dance", 1, 0.0f);
+        m_target = new ZQRenderTarget(device, 64, 64);
+        m_sprite->EntryShared(L"snapshot", m_target->GetChunk());
         return S_OK;
     }
+    HRESULT OnResetDevice(IDirect3DDevice9* device, const D3DSURFACE_DESC* backBuffer, void* context) override {
+        return m_target ? m_target->OnResetDevice(device, backBuffer, context) : S_OK;
+    }
+    void OnLostDevice(void* context) override {
+        if (m_target)
+            m_target->OnLostDevice(context);
+    }
     void OnDestroyDevice(void*) override {
+        delete m_target;
+        m_target = nullptr;
         delete m_prize;
         m_prize = nullptr;
         delete m_camera;
@@ -314,6 +325,17 @@ public:
             m_camera->BeginScene(elapsed);
             m_prize->OnFrameRender(device, time, elapsed, context);
             m_camera->EndScene();
+            // A render target drawn into, then drawn by name in the left half of a viewport.
+            m_targetDrawn = m_target->Begin();
+            device->Clear(0, nullptr, D3DCLEAR_TARGET, D3DCOLOR_XRGB(255, 0, 0), 1.0f, 0);
+            m_target->End();
+            ZQViewport half(0, 0, 160, 240);
+            m_targetDrawn = m_targetDrawn && half.Begin(device) && m_sprite->ReadViewport();
+            D3DXVECTOR3 corner(0.0f, 0.0f, 0.0f);
+            D3DXCOLOR white(1.0f, 1.0f, 1.0f, 1.0f);
+            m_targetDrawn = m_targetDrawn && m_sprite->Render(L"snapshot", corner, white, 0) == m_target->GetChunk();
+            half.End();
+            m_sprite->ReadViewport();
             device->EndScene();
         }
     }
@@ -332,6 +354,8 @@ public:
     _3D::ZQ3DObject* m_models = nullptr;
     _3D::ZQ3DCamera* m_camera = nullptr;
     _3D::ZQ3DRenderSingle* m_prize = nullptr;
+    ZQRenderTarget* m_target = nullptr;
+    bool m_targetDrawn = false;
     bool m_prizePlaying = false;
     bool m_lidRises = false;
     bool m_playerStarted = false;
@@ -358,10 +382,19 @@ void ApplicationAndDialog() {
     App app;
     app.Create();
     CHECK(app.m_creates == 1);
+    // Settings with their match options, as a Visual Studio host fills them: the most samples up to 8.
+    _ZQDeviceSettings_tag wanted = {};
+    wanted.pp.Windowed = TRUE;
+    wanted.pp.BackBufferWidth = 320;
+    wanted.pp.BackBufferHeight = 240;
+    wanted.pp.MultiSampleType = D3DMULTISAMPLE_8_SAMPLES;
+    _ZQMatchOptions_tag options;
+    options.MultiSample = ZQ_MATCH_CLOSEST;
     bool ready = SUCCEEDED(app.Init(false, false, true, true)) &&
                  SUCCEEDED(app.CreateWindow(L"ABI test", GetModuleHandleW(nullptr), nullptr, nullptr, 0, 0)) &&
-                 SUCCEEDED(app.CreateDevice(0, true, 320, 240, nullptr, nullptr, nullptr));
+                 SUCCEEDED(app.CreateDeviceFromSettings(&wanted, &options));
     CHECK(ready);
+    CHECK(app.GetDeviceSettings().pp.MultiSampleType == D3DMULTISAMPLE_4_SAMPLES);
     if (!ready)
         return;
     Screen* screen = new Screen;
@@ -377,6 +410,7 @@ void ApplicationAndDialog() {
     CHECK(screen->m_number == 5000000000ULL);
     CHECK(screen->m_playerStarted && screen->m_playerName);
     CHECK(screen->m_prizePlaying && screen->m_lidRises);
+    CHECK(screen->m_targetDrawn);
     CHECK(app.GetDevice() == nullptr || app.GetDevice() == app.GetD3DDevice());
 }
 
