@@ -1,6 +1,7 @@
 // Settings matching against what Wine's adapter really offers, the command line's forced values,
 // and multisampling seen in the pixels of a diagonal edge.
 #include "FrameTestApp.h"
+#include "support/BackBufferCopy.h"
 
 #include <gtest/gtest.h>
 
@@ -151,25 +152,10 @@ TEST_F(DeviceSettingsTest, MultisamplingSmoothsADiagonalEdge) {
         wchar_t path[MAX_PATH];
         GetTempPathW(MAX_PATH, path);
         wcscat_s(path, MAX_PATH, L"zq-edge.png");
-        int greys = -1;
-        IDirect3DSurface9* surface = nullptr;
-        D3DLOCKED_RECT locked;
-        if (SUCCEEDED(ZQ::ZQSaveBackBuffer(device, path)) &&
-            SUCCEEDED(device->CreateOffscreenPlainSurface(320, 240, D3DFMT_A8R8G8B8, D3DPOOL_SYSTEMMEM, &surface,
-                                                          nullptr)) &&
-            SUCCEEDED(D3DXLoadSurfaceFromFileW(surface, nullptr, nullptr, path, nullptr, D3DX_FILTER_NONE, 0,
-                                               nullptr)) &&
-            SUCCEEDED(surface->LockRect(&locked, nullptr, D3DLOCK_READONLY))) {
-            greys = 0;
-            for (int y = 0; y < 240; ++y)
-                for (int x = 0; x < 320; ++x) {
-                    const D3DCOLOR c = static_cast<const D3DCOLOR*>(locked.pBits)[y * locked.Pitch / 4 + x] & 0xFF;
-                    greys += c > 0x20 && c < 0xE0;
-                }
-            surface->UnlockRect();
-        }
-        if (surface)
-            surface->Release();
+        int greys = 0;
+        if (SUCCEEDED(ZQ::ZQSaveBackBuffer(device, path)))
+            for (D3DCOLOR c : testsupport::ReadPng(device, path, 320, 240))
+                greys += (c & 0xFF) > 0x20 && (c & 0xFF) < 0xE0;
         DeleteFileW(path);
         return greys;
     };

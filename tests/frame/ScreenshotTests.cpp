@@ -1,4 +1,5 @@
 #include "FrameTestApp.h"
+#include "support/BackBufferCopy.h"
 
 #include <gtest/gtest.h>
 
@@ -16,26 +17,13 @@ std::wstring TempPng(const wchar_t* name) {
     return path;
 }
 
-// The PNG read back into a system-memory A8R8G8B8 surface; the pixels at the points, 0 when unreadable.
+// Pixels of a saved PNG at the points (opaque), 0 when unreadable.
 std::vector<D3DCOLOR> ReadPng(IDirect3DDevice9* device, const std::wstring& path, UINT width, UINT height,
                               std::initializer_list<POINT> points) {
-    std::vector<D3DCOLOR> pixels(points.size(), 0);
-    IDirect3DSurface9* surface = nullptr;
-    D3DLOCKED_RECT locked;
-    if (SUCCEEDED(device->CreateOffscreenPlainSurface(width, height, D3DFMT_A8R8G8B8, D3DPOOL_SYSTEMMEM, &surface,
-                                                      nullptr)) &&
-        SUCCEEDED(D3DXLoadSurfaceFromFileW(surface, nullptr, nullptr, path.c_str(), nullptr, D3DX_FILTER_NONE, 0,
-                                           nullptr)) &&
-        SUCCEEDED(surface->LockRect(&locked, nullptr, D3DLOCK_READONLY))) {
-        size_t i = 0;
-        for (const POINT& p : points)
-            pixels[i++] = *reinterpret_cast<const D3DCOLOR*>(static_cast<const char*>(locked.pBits) +
-                                                             p.y * static_cast<size_t>(locked.Pitch) + p.x * 4) |
-                          0xFF000000;
-        surface->UnlockRect();
-    }
-    if (surface)
-        surface->Release();
+    const std::vector<D3DCOLOR> all = testsupport::ReadPng(device, path.c_str(), width, height);
+    std::vector<D3DCOLOR> pixels;
+    for (const POINT& p : points)
+        pixels.push_back(all.empty() ? 0 : all[p.y * width + p.x] | 0xFF000000);
     return pixels;
 }
 
