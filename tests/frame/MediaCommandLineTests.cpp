@@ -72,29 +72,20 @@ TEST_F(MediaSearchTest, CandidatesInTheirOrder) {
     EXPECT_EQ(_wcsicmp(far.c_str(), (root + L"\\far.png").c_str()), 0);
 }
 
-TEST_F(MediaSearchTest, NextToTheProgram) {
+TEST_F(MediaSearchTest, BesideTheProgramAndInAFolderNamedAfterIt) {
     wchar_t exe[MAX_PATH];
     GetModuleFileNameW(nullptr, exe, MAX_PATH);
     std::wstring exeDir(exe);
     exeDir.resize(exeDir.rfind(L'\\'));
-    const std::wstring name = L"zq-beside-" + std::to_wstring(GetCurrentProcessId()) + L".png";
-    Touch(exeDir + L"\\" + name);
-    EXPECT_EQ(Find(name.c_str()), exeDir + L"\\" + name);
-    DeleteFileW((exeDir + L"\\" + name).c_str());
-}
-
-TEST_F(MediaSearchTest, InAFolderNamedAfterTheProgram) {
-    wchar_t exe[MAX_PATH];
-    GetModuleFileNameW(nullptr, exe, MAX_PATH);
-    std::wstring exeDir(exe);
-    exeDir.resize(exeDir.rfind(L'\\'));
-    const std::wstring folder = exeDir + L"\\..\\frame_tests";
-    CreateDirectoryW(folder.c_str(), nullptr);
-    const std::wstring name = L"zq-named-" + std::to_wstring(GetCurrentProcessId()) + L".png";
-    Touch(folder + L"\\" + name);
-    EXPECT_EQ(Find(name.c_str()), folder + L"\\" + name) << "the program's name without its extension";
-    DeleteFileW((folder + L"\\" + name).c_str());
-    RemoveDirectoryW(folder.c_str());
+    const std::wstring named = exeDir + L"\\..\\frame_tests"; // the program's name without its extension
+    CreateDirectoryW(named.c_str(), nullptr);
+    for (const std::wstring& folder : {exeDir, named}) {
+        const std::wstring name = L"zq-beside-" + std::to_wstring(GetCurrentProcessId()) + L".png";
+        Touch(folder + L"\\" + name);
+        EXPECT_EQ(Find(name.c_str()), folder + L"\\" + name);
+        DeleteFileW((folder + L"\\" + name).c_str());
+    }
+    RemoveDirectoryW(named.c_str());
 }
 
 TEST_F(MediaSearchTest, MissingNamesAndBadArguments) {
