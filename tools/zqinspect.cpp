@@ -6,6 +6,7 @@
 // anywhere in the upper-cased name), or else by the file's first bytes. A ".x" model is told first:
 // by its "xof " header, or by a name ending in ".X".
 #include "AnimationText.h"
+#include "ZQD3DFormats.h"
 #include "ZQImage.h"
 #include "ZQPackedTexture.h"
 #include "ZQXFile.h"
@@ -29,6 +30,10 @@ namespace {
 void PrintImage(const PackedFile& file) {
     int width = 0, height = 0;
     std::printf("  image: %u bytes declared, %zu present", file.imageSize, file.imageBytes);
+    // A DDS is drawn by the platform, not decoded here: say what format the device will be given.
+    const uint32_t ddsFormat = ZQ::formats::DdsFormat(file.image, file.imageBytes);
+    if (const ZQ::formats::D3DFormatInfo* dds = ddsFormat ? ZQ::formats::FindD3DFormat(ddsFormat) : nullptr)
+        std::printf(", a DDS in %ls (%u bits a pixel, %u of alpha)", dds->name, dds->bits, dds->alphaBits);
     if (zqtools::ImageSize(file.image, file.imageBytes, width, height))
         std::printf(", decodes as %d x %d\n", width, height);
     else
