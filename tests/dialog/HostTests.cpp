@@ -6,9 +6,9 @@
 #include <atomic>
 #include <cstdio>
 #include <string>
+#include <thread>
 #include <vector>
 
-using twodtest::App;
 using namespace dialogtest;
 
 namespace {
@@ -22,13 +22,10 @@ public:
             dialog->OnFrameMove(device, time, elapsed, context);
     }
     void OnFrameRender(IDirect3DDevice9* device, double time, float elapsed, void* context) override {
-        twodtest::BeginFrame();
+        BeginFrame();
         if (dialog)
             dialog->OnFrameRender(device, time, elapsed, context);
-        if (keepPicture)
-            twodtest::EndFrame();
-        else
-            device->EndScene();
+        EndFrame();
     }
     void OnKeyboard(UINT key, bool down, bool alt, void* context) override {
         if (dialog)
@@ -54,25 +51,19 @@ public:
     }
 
     ZQDialog* dialog = nullptr;
-    bool keepPicture = false; // copy the back buffer after each frame, for BackBufferPixel
 };
 
-class HostTest : public ::testing::Test {
+class HostTest : public DialogFixture {
 protected:
     static void SetUpTestSuite() {
-        sprite = new ZQ::ZQSprite(Device());
-        AddControlPictures(*sprite, L"host_up", L"host_down", L"host_over", L"host_off", L"host_tick");
-        AddDigits(*sprite, L"host_n");
-        font = MakeFont(); // a box 60 wide has room for five characters
-        window = App()->GethWnd();
+        DialogFixture::SetUpTestSuite();
         screen = new HostScreen; // the application owns it
         App()->Entry(L"Host", screen);
         Switch(L"Host");
     }
     static void TearDownTestSuite() {
         Switch(L"No such screen");
-        font->Release();
-        delete sprite;
+        DialogFixture::TearDownTestSuite();
     }
     static void Switch(const wchar_t* name) {
         App()->Trans(name);
@@ -80,7 +71,6 @@ protected:
     }
     void TearDown() override {
         screen->dialog = nullptr;
-        screen->keepPicture = false;
         SetNative(window, false);
     }
 
@@ -105,74 +95,91 @@ protected:
         Send(WM_LBUTTONUP, 0, MAKELPARAM(release.x, release.y));
     }
 
-    static ZQ::ZQSprite* sprite;
-    static ID3DXFont* font;
-    static HWND window;
-    static HostScreen* screen;
-    Recorder recorder;
-    D3DXCOLOR white = D3DXCOLOR(1.0f, 1.0f, 1.0f, 1.0f);
+    inline static HostScreen* screen = nullptr;
 };
-
-ZQ::ZQSprite* HostTest::sprite = nullptr;
-ID3DXFont* HostTest::font = nullptr;
-HWND HostTest::window = nullptr;
-HostScreen* HostTest::screen = nullptr;
 
 } // namespace
 
 TEST_F(HostTest, TypingAndFocusKeysReachTheEditBoxes) {
+    // Boxes of 120 pixels: room for 11 characters. In native mode letters, control and wide characters
+    // belong to the input method.
+    const std::wstring mixed = L"aZ5 @[`{~\x01\x00e9\xAD6D";
     struct Case {
         const char* name;
+        bool native;
         std::wstring typed;
         const wchar_t* texts[3];
         int focused;
     } cases[] = {
-        {"typed text", L"Ann 1", {L"Ann 1", L"", L""}, 0},
-        {"Backspace removes the last character", L"\babc\bd", {L"abd", L"", L""}, 0},
-        {"room for five characters", L"abcdefg", {L"abcde", L"", L""}, 0},
-        {"Tab moves on", L"ab\tcd\te", {L"ab", L"cd", L"e"}, 2},
-        {"Return moves on and wraps after the last", L"a\rb\rc\rd", {L"ad", L"b", L"c"}, 0},
+        {"typed text", false, L"Ann 1", {L"Ann 1", L"", L""}, 0},
+        {"alphanumeric mode", false, mixed, {L"aZ5 @[`{~\x01\x00e9", L"", L""}, 0},
+        {"native mode", true, mixed, {L"5 @[`{~", L"", L""}, 0},
+        {"Backspace removes the last character", false, L"\babc\bd", {L"abd", L"", L""}, 0},
+        {"room for eleven characters", false, L"abcdefghijklm", {L"abcdefghijk", L"", L""}, 0},
+        {"Tab moves on", false, L"ab\tcd\te", {L"ab", L"cd", L"e"}, 2},
+        {"Return moves on and wraps after the last", false, L"a\rb\rc\rd", {L"ad", L"b", L"c"}, 0},
     };
     for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
         ZQDialog dialog(sprite, nullptr, &recorder);
         for (unsigned int i = 0; i < 3; ++i) {
-            ZQRect field(20.0f, 20.0f + 40.0f * i, 80.0f, 40.0f + 40.0f * i);
+            ZQRect field(20.0f, 20.0f + 40.0f * i, 140.0f, 40.0f + 40.0f * i);
             dialog.AddEditBox(i, font, field, white, DT_LEFT);
         }
         screen->dialog = &dialog;
-        SetNative(window, false);
+        SetNative(window, c.native);
         Type(c.typed);
         for (unsigned int i = 0; i < 3; ++i) {
-            EXPECT_EQ(std::wstring(dialog.GetEditBox(i)->GetText()), c.texts[i]) << c.name << ", box " << i;
-            EXPECT_EQ(dialog.GetEditBox(i)->GetAcquire(), static_cast<int>(i) == c.focused) << c.name << ", box " << i;
+            EXPECT_EQ(std::wstring(dialog.GetEditBox(i)->GetText()), c.texts[i]) << "box " << i;
+            EXPECT_EQ(dialog.GetEditBox(i)->GetAcquire(), static_cast<int>(i) == c.focused) << "box " << i;
         }
-        EXPECT_EQ(std::wstring(dialog.GetEditBox(c.focused)->GetDisplay()), std::wstring(c.texts[c.focused]) + L"|")
-            << c.name;
+        EXPECT_EQ(std::wstring(dialog.GetEditBox(c.focused)->GetDisplay()), std::wstring(c.texts[c.focused]) + L"|");
         EXPECT_TRUE(recorder.events.empty()) << "edit boxes send no events";
         screen->dialog = nullptr;
     }
 }
 
+TEST_F(HostTest, APasswordShowsAStarACharacterAndADisabledBoxTakesNothing) {
+    ZQDialog dialog(sprite, nullptr, &recorder);
+    ZQRect field(20.0f, 20.0f, 140.0f, 40.0f);
+    dialog.AddEditBox(1, font, field, white, DT_LEFT);
+    ZQ::ZQDialogEditBox* box = dialog.GetEditBox(1);
+    screen->dialog = &dialog;
+    box->SetPassword(true);
+    Type(L"\x00e9x\b1");
+    EXPECT_STREQ(box->GetText(), L"\x00e9"
+                                 L"1");
+    EXPECT_STREQ(box->GetDisplay(), L"**|");
+    box->SetDisable(true);
+    Type(L"2");
+    EXPECT_STREQ(box->GetText(), L"\x00e9"
+                                 L"1");
+}
+
 TEST_F(HostTest, TheInputMethodsTextIsTakenOnceAndACancelledCompositionLeaves) {
-    enum class End { Complete, Cancel, EmptyComposition, EndMessage };
+    using End = void (*)(HIMC);
+    const End complete = [](HIMC c) { ImmNotifyIME(c, NI_COMPOSITIONSTR, CPS_COMPLETE, 0); };
+    const End cancel = [](HIMC c) { ImmNotifyIME(c, NI_COMPOSITIONSTR, CPS_CANCEL, 0); };
+    const End empty = [](HIMC c) { ImmSetCompositionStringW(c, SCS_SETSTR, const_cast<wchar_t*>(L""), 0, nullptr, 0); };
+    const End endMessage = [](HIMC) { Send(WM_IME_ENDCOMPOSITION, 0, 0); };
+    const std::wstring kana = L"\x304B\x306A\x304B\x306A\x304B";
     struct Case {
         const char* name;
         float width; // 10 pixels a character, less one
-        const wchar_t* composed;
+        std::wstring composed;
         End end;
-        std::wstring typedAfter;
-        const wchar_t* text;
+        std::wstring typedAfter, text;
     } cases[] = {
-        {"kana committed", 200.0f, L"\x3055\x304F\x3089", End::Complete, L"", L"\x3055\x304F\x3089"},
-        {"ASCII and kana committed in one result", 200.0f, L"3\x6642 A", End::Complete, L"", L"3\x6642 A"},
-        {"ASCII only committed", 200.0f, L"AB 12", End::Complete, L"", L"AB 12"},
+        {"kana committed", 200.0f, L"\x3055\x304F\x3089", complete, L"", L"\x3055\x304F\x3089"},
+        {"ASCII and kana committed in one result", 200.0f, L"3\x6642 A", complete, L"", L"3\x6642 A"},
+        {"ASCII only committed", 200.0f, L"AB 12", complete, L"", L"AB 12"},
         // Five characters fill the box: once they are gone there is room again, and Backspace works.
-        {"cancelled", 60.0f, L"\x304B\x306A\x304B\x306A\x304B", End::Cancel, L"12345\b", L"1234"},
-        {"composition emptied", 60.0f, L"\x304B\x306A\x304B\x306A\x304B", End::EmptyComposition, L"12345\b", L"1234"},
-        {"composition ended without a result", 60.0f, L"\x304B\x306A\x304B\x306A\x304B", End::EndMessage, L"12345\b",
-         L"1234"},
+        {"cancelled", 60.0f, kana, cancel, L"12345\b", L"1234"},
+        {"composition emptied", 60.0f, kana, empty, L"12345\b", L"1234"},
+        {"composition ended without a result", 60.0f, kana, endMessage, L"12345\b", L"1234"},
     };
     for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
         ZQDialog dialog(sprite, nullptr, &recorder);
         ZQRect field(20.0f, 20.0f, 20.0f + c.width, 40.0f);
         dialog.AddEditBox(1, font, field, white, DT_LEFT);
@@ -180,33 +187,18 @@ TEST_F(HostTest, TheInputMethodsTextIsTakenOnceAndACancelledCompositionLeaves) {
         screen->dialog = &dialog;
         SetNative(window, true);
         HIMC context = ImmGetContext(window);
-        const std::wstring composed = c.composed;
-        ASSERT_TRUE(ImmSetCompositionStringW(context, SCS_SETSTR, const_cast<wchar_t*>(composed.c_str()),
-                                             static_cast<DWORD>(composed.size() * sizeof(wchar_t)), nullptr, 0))
-            << c.name;
+        ASSERT_TRUE(ImmSetCompositionStringW(context, SCS_SETSTR, const_cast<wchar_t*>(c.composed.c_str()),
+                                             static_cast<DWORD>(c.composed.size() * sizeof(wchar_t)), nullptr, 0));
         Pump();
-        EXPECT_EQ(std::wstring(box->GetDisplay()), composed + L"|") << c.name << ": the composition is shown";
-        switch (c.end) {
-        case End::Complete:
-            EXPECT_TRUE(ImmNotifyIME(context, NI_COMPOSITIONSTR, CPS_COMPLETE, 0)) << c.name;
-            break;
-        case End::Cancel:
-            EXPECT_TRUE(ImmNotifyIME(context, NI_COMPOSITIONSTR, CPS_CANCEL, 0)) << c.name;
-            break;
-        case End::EmptyComposition:
-            EXPECT_TRUE(ImmSetCompositionStringW(context, SCS_SETSTR, const_cast<wchar_t*>(L""), 0, nullptr, 0));
-            break;
-        case End::EndMessage:
-            Send(WM_IME_ENDCOMPOSITION, 0, 0);
-            break;
-        }
+        Type(L"\b");
+        EXPECT_EQ(box->GetDisplay(), c.composed + L"|") << "shown; Backspace leaves it alone";
+        c.end(context);
         ImmReleaseContext(window, context);
         Pump(); // what the input method and the default handling post after it
         Type(c.typedAfter);
-        EXPECT_EQ(std::wstring(box->GetText()), c.text) << c.name;
-        EXPECT_EQ(std::wstring(box->GetDisplay()), std::wstring(c.text) + L"|") << c.name;
+        EXPECT_EQ(box->GetText(), c.text);
+        EXPECT_EQ(box->GetDisplay(), c.text + L"|");
         screen->dialog = nullptr;
-        SetNative(window, false);
     }
 }
 
@@ -235,10 +227,10 @@ TEST_F(HostTest, ClicksReachTheControlsUnderThePointer) {
     for (const Case& c : cases) {
         ZQDialog dialog(sprite, nullptr, &recorder);
         D3DXVECTOR3 button(20, 20, 0), check(70, 20, 0), first(120, 20, 0), second(170, 20, 0);
-        dialog.AddButton(1, L"host_up", L"host_down", L"host_over", L"host_off", button, false);
-        dialog.AddCheckBox(2, L"host_up", L"host_tick", L"host_over", L"host_off", check, false);
-        dialog.AddRadioButton(3, 7, L"host_up", L"host_down", L"host_over", L"host_off", first, false, false);
-        dialog.AddRadioButton(4, 7, L"host_up", L"host_down", L"host_over", L"host_off", second, false, false);
+        dialog.AddButton(1, L"normal", L"pressed", L"over", L"disabled", button, false);
+        dialog.AddCheckBox(2, L"normal", L"mark", L"over", L"disabled", check, false);
+        dialog.AddRadioButton(3, 7, L"normal", L"pressed", L"over", L"disabled", first, false, false);
+        dialog.AddRadioButton(4, 7, L"normal", L"pressed", L"over", L"disabled", second, false, false);
         ZQRect a(20.0f, 100.0f, 120.0f, 120.0f), b(20.0f, 140.0f, 120.0f, 160.0f);
         dialog.AddEditBox(10, font, a, white, DT_LEFT);
         dialog.AddEditBox(11, font, b, white, DT_LEFT);
@@ -266,34 +258,6 @@ namespace {
 // Numbers whose two 32-bit halves are equal: a value read or drawn half old, half new shows.
 const unsigned long long kBothHalves = 0x100000001ull;
 
-// What a kiosk's worker thread does to its screen: credits, a status line, a progress bar, a button
-// shown and enabled by turns and a check box, each found through the dialog's lookups. It goes on past
-// its count of changes until the frame has rendered enough frames beside it.
-class Updater : public ZQ::ZQThread {
-public:
-    Updater(ZQDialog* dialog, const std::atomic<int>* frames) : m_dialog(dialog), m_frames(frames) {}
-    void Start() { SetStart(this); }
-    void OnThread(void*) override {
-        D3DXCOLOR white(1.0f, 1.0f, 1.0f, 1.0f);
-        for (unsigned int i = 1; i <= 100000 || *m_frames < 120; ++i) {
-            m_dialog->GetNumber(2)->Reset(i * kBothHalves);
-            m_dialog->GetStatic(1)->SetText(i % 2 ? L"WWWWW" : L"I", white);
-            m_dialog->GetProgress(3)->SetPos(static_cast<float>(i % 101));
-            m_dialog->GetButton(4)->SetShow(i % 2 == 0);
-            m_dialog->GetButton(4)->SetDisable(i % 3 == 0);
-            m_dialog->GetCheckBox(5)->SetChecked(i % 5 == 0);
-            last = i;
-        }
-        done = true;
-    }
-    std::atomic<unsigned int> last{0};
-    std::atomic<bool> done{false};
-
-private:
-    ZQDialog* m_dialog;
-    const std::atomic<int>* m_frames;
-};
-
 // The number drawn left-aligned at (20, 200) with 8-pixel digits; -1 when a cell shows no digit colour.
 long long DrawnNumber() {
     long long value = 0;
@@ -315,9 +279,7 @@ long long DrawnNumber() {
 } // namespace
 
 TEST_F(HostTest, ControlsChangedFromAnotherThreadWhileFramesRenderShowWholeValues) {
-    ZQDialog dialog(sprite, nullptr, &recorder);
     ZQRect line(20.0f, 60.0f, 200.0f, 90.0f);
-    D3DXVECTOR3 credits(20, 200, 0), bar(150, 150, 0), button(220, 20, 0), check(260, 20, 0);
     // What the status line lights with either of its texts.
     auto lit = [&](const wchar_t* text) {
         ZQDialog alone(sprite, nullptr, &recorder);
@@ -327,26 +289,41 @@ TEST_F(HostTest, ControlsChangedFromAnotherThreadWhileFramesRenderShowWholeValue
         screen->dialog = nullptr;
         return LitPixels(RECT{20, 60, 200, 90});
     };
-    screen->keepPicture = true;
     const int wide = lit(L"WWWWW"), narrow = lit(L"I");
     ASSERT_GT(wide, narrow);
+    ZQDialog dialog(sprite, nullptr, &recorder);
+    D3DXVECTOR3 credits(20, 200, 0), bar(150, 150, 0), button(220, 20, 0), check(260, 20, 0);
     dialog.AddStatic(1, font, L"I", line, white, DT_LEFT | DT_TOP);
-    dialog.AddNumber(2, L"host_n", credits, 0.0f, DT_LEFT);
-    dialog.AddProgress(3, L"host_up", bar, 100.0f, 1);
-    dialog.AddButton(4, L"host_up", L"host_down", L"host_over", L"host_off", button, false);
-    dialog.AddCheckBox(5, L"host_up", L"host_tick", L"host_over", L"host_off", check, false);
+    dialog.AddNumber(2, L"d", credits, 0.0f, DT_LEFT);
+    dialog.AddProgress(3, L"normal", bar, 100.0f, 1);
+    dialog.AddButton(4, L"normal", L"pressed", L"over", L"disabled", button, false);
+    dialog.AddCheckBox(5, L"normal", L"mark", L"over", L"disabled", check, false);
     screen->dialog = &dialog;
     // An inactive application sleeps before each frame: many frames make a torn picture likelier to show.
     const bool active = App()->GetActive();
     App()->SetActive(true);
 
+    // What a kiosk's worker thread does to its screen, each control found through the dialog's lookups. It
+    // goes on past its count of changes until the frame has rendered enough frames beside it.
     std::atomic<int> frames{0};
+    std::atomic<unsigned int> last{0};
+    std::atomic<bool> done{false};
+    std::thread updater([&] {
+        for (unsigned int i = 1; i <= 100000 || frames < 120; ++i) {
+            dialog.GetNumber(2)->Reset(i * kBothHalves);
+            dialog.GetStatic(1)->SetText(i % 2 ? L"WWWWW" : L"I", white);
+            dialog.GetProgress(3)->SetPos(static_cast<float>(i % 101));
+            dialog.GetButton(4)->SetShow(i % 2 == 0);
+            dialog.GetButton(4)->SetDisable(i % 3 == 0);
+            dialog.GetCheckBox(5)->SetChecked(i % 5 == 0);
+            last = i;
+        }
+        done = true;
+    });
     int tornReads = 0, tornPictures = 0, backwards = 0, pictures = 0;
     unsigned long long previous = 0;
-    Updater updater(&dialog, &frames);
-    updater.Start();
     const DWORD start = GetTickCount();
-    while (!updater.done && GetTickCount() - start < 240000) {
+    while (!done && GetTickCount() - start < 240000) {
         App()->Render3DEnvironment();
         ++frames;
         const unsigned long long number = dialog.GetNumber(2)->GetNumber();
@@ -363,9 +340,12 @@ TEST_F(HostTest, ControlsChangedFromAnotherThreadWhileFramesRenderShowWholeValue
         tornPictures += status != wide && status != narrow;
     }
     App()->SetActive(active);
-    ASSERT_TRUE(updater.done) << "the updates finished within four minutes";
-    const unsigned int last = updater.last;
-    std::printf("%u rounds of six changes beside %d frames\n", last, frames.load());
+    const bool finished = done;
+    const int drawn = frames;
+    frames += 1000; // lets the updater end even after a timeout
+    updater.join();
+    ASSERT_TRUE(finished) << "the updates finished within four minutes";
+    std::printf("%u rounds of six changes beside %d frames\n", last.load(), drawn);
     EXPECT_EQ(tornReads, 0) << "every number read is one that was set";
     EXPECT_EQ(backwards, 0);
     EXPECT_EQ(tornPictures, 0) << "every number drawn is one that was set, every button and text whole";
@@ -373,12 +353,9 @@ TEST_F(HostTest, ControlsChangedFromAnotherThreadWhileFramesRenderShowWholeValue
 
     // The last values stay, and the next frame shows them.
     App()->Render3DEnvironment();
-    EXPECT_EQ(dialog.GetNumber(2)->GetNumber(), last * kBothHalves);
     EXPECT_EQ(DrawnNumber(), static_cast<long long>(last * kBothHalves));
-    EXPECT_EQ(dialog.GetProgress(3)->GetPos(), static_cast<float>(last % 101));
     EXPECT_EQ(dialog.GetProgress(3)->Delta().x, 150.0f + 32.0f * static_cast<float>(last % 101) / 100.0f);
     EXPECT_EQ(dialog.GetButton(4)->GetShow(), last % 2 == 0);
-    EXPECT_EQ(dialog.GetButton(4)->GetDisable(), last % 3 == 0);
     EXPECT_EQ(dialog.GetCheckBox(5)->GetChecked(), last % 5 == 0);
     const D3DCOLOR buttonShown = last % 2 ? kBlack : last % 3 ? kRed : kGrey;
     EXPECT_TRUE(Near(BackBufferPixel(236, 36), buttonShown, 4)) << std::hex << BackBufferPixel(236, 36);

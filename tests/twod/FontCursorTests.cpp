@@ -2,22 +2,13 @@
 
 #include <gtest/gtest.h>
 
-using twodtest::App;
-using twodtest::BackBufferPixel;
-using twodtest::BeginFrame;
-using twodtest::Data;
-using twodtest::Device;
-using twodtest::EndFrame;
-using twodtest::LitPixels;
-using twodtest::Near;
-using twodtest::Resize;
+using namespace twodtest;
 using ZQ::ZQCursor;
 using ZQ::ZQFont;
 
 namespace {
 
-const D3DCOLOR kRed = D3DCOLOR_XRGB(255, 0, 0), kWhite = D3DCOLOR_XRGB(255, 255, 255),
-               kBlack = D3DCOLOR_XRGB(0, 0, 0);
+const D3DCOLOR kRed = D3DCOLOR_XRGB(255, 0, 0), kWhite = D3DCOLOR_XRGB(255, 255, 255), kBlack = D3DCOLOR_XRGB(0, 0, 0);
 
 int TextHeight(ZQFont& font, int id = -1) {
     RECT r = {0, 0, 300, 200};
@@ -67,8 +58,7 @@ TEST(Font, AReplacedIdMovesToTheEndAndRemoveKeepsTheOrder) {
 
 TEST(Font, AFontFromAFileDrawsVisibleTextBeforeAndAfterADeviceReset) {
     ZQFont font(Device());
-    font.Entry(3, Data(L"DejaVuSans.ttf").c_str(), L"DejaVu Sans", 32, 0, 700, 1, FALSE, DEFAULT_CHARSET, 0, 0,
-               0);
+    font.Entry(3, Data(L"DejaVuSans.ttf").c_str(), L"DejaVu Sans", 32, 0, 700, 1, FALSE, DEFAULT_CHARSET, 0, 0, 0);
     ASSERT_NE(font.Get(3), nullptr);
     ZQ::ZQVelisto* app = App();
     app->SetDeviceLostFunc([](void* context) { static_cast<ZQFont*>(context)->OnLostDevice(context); });
@@ -98,7 +88,6 @@ TEST(Font, AFontFromAFileDrawsVisibleTextBeforeAndAfterADeviceReset) {
     EXPECT_GT(LitPixels(box), 200) << "text drawn after two resets";
 }
 
-
 namespace {
 
 // The chunk cursor fed by the frame's mouse function, as a scene would feed it.
@@ -110,10 +99,10 @@ protected:
         cursor = new ZQCursor(sprite);
         ZQ::ZQRect area(0, 0, 200, 150);
         cursor->Entry(area, L"quad", L"centred", nullptr, L"chunk_c", nullptr, nullptr);
-        App()->SetMouseFunc([](bool down, bool l, bool r, bool m, bool s1, bool s2, int wheel, int x, int y,
-                               void* context) {
-            static_cast<ZQCursor*>(context)->OnMouse(down, l, r, m, s1, s2, wheel, x, y, context);
-        });
+        App()->SetMouseFunc(
+            [](bool down, bool l, bool r, bool m, bool s1, bool s2, int wheel, int x, int y, void* context) {
+                static_cast<ZQCursor*>(context)->OnMouse(down, l, r, m, s1, s2, wheel, x, y, context);
+            });
         App()->SetMouseFuncUserContext(cursor);
     }
     void TearDown() override {

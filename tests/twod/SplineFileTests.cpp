@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-using twodtest::CopyData;
-using twodtest::Data;
+using namespace twodtest;
 using ZQ::ZQSpline;
 
 TEST(SplineFileTest, PathsByNameWithTheCallersWords) {
@@ -39,7 +38,7 @@ TEST(SplineFileTest, WhatIsIgnored) {
         WORD first, second;
         bool read;
     } cases[] = {
-        {Data(L"anim\\paths.spl"), 2, 7, false},         // the words swapped
+        {Data(L"anim\\paths.spl"), 2, 7, false}, // the words swapped
         {Data(L"anim\\swapped.spl"), 7, 2, false},
         {Data(L"anim\\swapped.spl"), 2, 7, true},
         {CopyData(L"anim\\paths.spl", L"anim\\paths.spl.old"), 7, 2, true}, // a substring test

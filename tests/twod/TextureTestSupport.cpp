@@ -9,17 +9,14 @@ namespace twodtest {
 
 namespace {
 
-class TestApp : public ZQ::ZQVelisto {
-public:
-    TestApp() : ZQVelisto(L"ZQVelisto texture tests", 320, 240) {}
-};
-
-TestApp* g_app = nullptr;
+ZQ::ZQVelisto* g_app = nullptr;
+std::vector<D3DCOLOR> g_frame;
+UINT g_frameWidth = 0;
 
 class DeviceEnvironment : public ::testing::Environment {
 public:
     void SetUp() override {
-        g_app = new TestApp;
+        g_app = new ZQ::ZQVelisto(L"ZQVelisto texture tests", 320, 240);
         g_app->Init(false, false, false, false);
         g_app->SetShowMsgBoxOnError(false);
         ASSERT_EQ(g_app->CreateWindow(L"ZQVelisto texture tests", nullptr, nullptr, nullptr, 0, 0), S_OK);
@@ -50,10 +47,8 @@ std::wstring CopyData(const std::wstring& from, const std::wstring& to, long cut
                       unsigned char patchValue) {
     std::vector<char> bytes;
     if (FILE* in = _wfopen(Data(from).c_str(), L"rb")) {
-        char buffer[4096];
-        size_t read;
-        while ((read = fread(buffer, 1, sizeof buffer, in)) > 0)
-            bytes.insert(bytes.end(), buffer, buffer + read);
+        for (int c; (c = fgetc(in)) != EOF;)
+            bytes.push_back(static_cast<char>(c));
         fclose(in);
     }
     if (cut >= 0 && static_cast<size_t>(cut) < bytes.size())
@@ -101,15 +96,6 @@ D3DSURFACE_DESC LevelDesc(IDirect3DTexture9* texture) {
 D3DCOLOR ArtPixel(int x, int y, int width, int height, int tag) {
     return D3DCOLOR_ARGB(255, x * 255 / (width > 1 ? width - 1 : 1), y * 255 / (height > 1 ? height - 1 : 1), tag);
 }
-
-} // namespace twodtest
-
-namespace twodtest {
-
-namespace {
-std::vector<D3DCOLOR> g_frame;
-UINT g_frameWidth = 0;
-} // namespace
 
 void BeginFrame() {
     Device()->Clear(0, nullptr, D3DCLEAR_TARGET, D3DCOLOR_XRGB(0, 0, 0), 1.0f, 0);

@@ -23,16 +23,11 @@ std::wstring PatchData(const std::wstring& from, const std::wstring& to,
                        std::initializer_list<std::pair<long, int32_t>> values);
 /// The ARGB pixel at (x, y) of a texture's level 0.
 D3DCOLOR ReadPixel(IDirect3DTexture9* texture, int x, int y);
-/// Levels, width and height of a texture.
+/// Levels, width and height of a texture (none for no texture).
 UINT Levels(IDirect3DTexture9* texture);
 D3DSURFACE_DESC LevelDesc(IDirect3DTexture9* texture);
 /// The colour make_test_art gave pixel (x, y) of an image of width x height with the tag.
 D3DCOLOR ArtPixel(int x, int y, int width, int height, int tag);
-
-} // namespace twodtest
-
-namespace twodtest {
-
 /// Clears the back buffer to black and begins the device scene.
 void BeginFrame();
 /// Ends the scene and keeps a copy of the back buffer for BackBufferPixel.
