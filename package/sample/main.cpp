@@ -86,7 +86,7 @@ int main() {
     app.Entry(L"Menu", menu);
     app.Trans(L"Menu");
     app.MainLoop(nullptr);
-    std::printf("the sample ran %d frames and %s its coin\n", app.GetCurrentFrameNumber(),
-                menu->Drawn() ? "drew" : "could not draw");
+    std::printf("ZQVelisto %s: the sample ran %d frames and %s its coin\n", ZQ_VERSION_STRING,
+                app.GetCurrentFrameNumber(), menu->Drawn() ? "drew" : "could not draw");
     return app.GetExitCode();
 }

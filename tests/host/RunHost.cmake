@@ -1,7 +1,6 @@
-# Makes this build's release package with CPack, unpacks it into a fresh folder, builds a host against
-# the unpacked package alone with the CMake recipe copied from README.md (and tests/host/project/main.cpp
-# as its program), with the toolchain of the package's ABI, and runs the program under Wine; then builds
-# and runs the sample the package carries.
+# Makes this build's release package with CPack, unpacks it into a fresh folder and builds the sample it
+# carries twice, with the toolchain of the package's ABI: with the CMake recipe copied from README.md, and
+# with the sample's own project. Each runs headless under Wine and must draw its coin with nothing to say.
 set(work ${BINARY_DIR}/host)
 set(unpacked ${work}/unpacked)
 set(project ${work}/project)
@@ -16,7 +15,17 @@ if(NOT recipe)
 endif()
 file(REMOVE_RECURSE ${work})
 file(WRITE ${project}/CMakeLists.txt "${CMAKE_MATCH_1}")
-file(COPY ${SOURCE_DIR}/tests/host/project/main.cpp DESTINATION ${project})
+
+function(run_sample exe)
+    execute_process(COMMAND ${SOURCE_DIR}/cmake/wine-run.sh ${exe} -windowed -constantframetime:0.05
+            -quitafterframe:20 -noerrormsgboxes
+        RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+    message(STATUS "${exe}: ${output}")
+    if(NOT result EQUAL 0 OR NOT output MATCHES "ZQVelisto [0-9.]+: the sample ran [0-9]+ frames and drew its coin"
+       OR output MATCHES "message:")
+        message(FATAL_ERROR "${exe} failed (${result}): ${output}${errors}")
+    endif()
+endfunction()
 
 file(REMOVE_RECURSE ${BINARY_DIR}/package)
 run(${CMAKE_COMMAND} -E chdir ${BINARY_DIR} cpack)
@@ -36,11 +45,12 @@ foreach(part bin/ZQVelisto.dll include/ZQVelisto.h include/ZQ/core/ZQVersion.h L
     endif()
 endforeach()
 
+file(COPY ${package}/sample/main.cpp DESTINATION ${project})
 run(${CMAKE_COMMAND} -S ${project} -B ${build} -G ${GENERATOR}
     -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} -DCMAKE_PREFIX_PATH=${package} -DCMAKE_BUILD_TYPE=Release)
 run(${CMAKE_COMMAND} --build ${build})
-file(COPY ${package}/bin/ZQVelisto.dll DESTINATION ${build})
-run(${SOURCE_DIR}/cmake/wine-run.sh ${build}/kiosk.exe)
+file(COPY ${package}/bin/ZQVelisto.dll ${package}/sample/kiosk.te ${package}/sample/click.wav DESTINATION ${build})
+run_sample(${build}/kiosk.exe)
 
 # The package's own sample, built from the unpacked folder alone (its project finds the package it sits
 # in) and run headless: it must draw its coin and have nothing to say about missing files.
@@ -48,10 +58,4 @@ set(sample_build ${work}/sample-build)
 run(${CMAKE_COMMAND} -S ${package}/sample -B ${sample_build} -G ${GENERATOR}
     -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} -DCMAKE_BUILD_TYPE=Release)
 run(${CMAKE_COMMAND} --build ${sample_build})
-execute_process(COMMAND ${SOURCE_DIR}/cmake/wine-run.sh ${sample_build}/bin/sample.exe -windowed
-        -constantframetime:0.05 -quitafterframe:20 -noerrormsgboxes
-    RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
-message(STATUS "sample: ${output}")
-if(NOT result EQUAL 0 OR NOT output MATCHES "the sample ran [0-9]+ frames and drew its coin" OR output MATCHES "message:")
-    message(FATAL_ERROR "the package's sample failed (${result}): ${output}${errors}")
-endif()
+run_sample(${sample_build}/bin/sample.exe)
