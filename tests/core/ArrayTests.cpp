@@ -17,30 +17,20 @@ struct Mode {
 TEST(ZQArray, GrowthDoublesFromSixteenAndKeepsTheSize) {
     ZQArray<int> a;
     EXPECT_EQ(a.GetMaxSize(), 0);
-    EXPECT_EQ(a.Add(1), S_OK);
-    EXPECT_EQ(a.GetMaxSize(), 16);
-    for (int i = 2; i <= 16; ++i)
-        a.Add(i);
-    EXPECT_EQ(a.GetMaxSize(), 16);
-    a.Add(17);
-    EXPECT_EQ(a.GetMaxSize(), 32);
-    EXPECT_EQ(a.GetSize(), 17);
-
+    for (int i = 1; i <= 17; ++i)
+        ASSERT_EQ(a.Add(i), S_OK);
+    EXPECT_EQ(a.GetMaxSize(), 32) << "16, then doubled";
     EXPECT_EQ(a.SetSize(100), S_OK);
     EXPECT_EQ(a.GetMaxSize(), 100) << "more than double: exactly what was asked";
-    EXPECT_EQ(a.GetSize(), 17) << "SetSize never changes the elements in use";
     EXPECT_EQ(a.SetSize(50), S_OK);
     EXPECT_EQ(a.GetMaxSize(), 100);
+    EXPECT_EQ(a.SetSize(-1), E_INVALIDARG);
+    EXPECT_EQ(a.GetSize(), 17) << "SetSize never changes the elements in use";
     for (int i = 0; i < 17; ++i)
         EXPECT_EQ(a[i], i + 1);
-
-    EXPECT_EQ(a.SetSize(-1), E_INVALIDARG);
-    EXPECT_EQ(a.GetSize(), 17);
     EXPECT_EQ(a.SetSize(0), S_OK);
-    EXPECT_EQ(a.GetSize(), 0);
-    EXPECT_EQ(a.GetMaxSize(), 0);
+    EXPECT_EQ(a.GetSize() + a.GetMaxSize(), 0);
     EXPECT_EQ(a.GetData(), nullptr);
-
 
     struct Megabyte {
         char bytes[1 << 20];
@@ -52,7 +42,7 @@ TEST(ZQArray, GrowthDoublesFromSixteenAndKeepsTheSize) {
     EXPECT_NE(huge.GetData(), nullptr);
 }
 
-TEST(ZQArray, IndexChecksAndRemoval) {
+TEST(ZQArray, IndexChecksRemovalAndCopies) {
     ZQArray<unsigned int> a;
     for (unsigned int v : {10u, 20u, 30u, 20u})
         a.Add(v);
@@ -60,40 +50,30 @@ TEST(ZQArray, IndexChecksAndRemoval) {
     EXPECT_EQ(a.SetAt(-1, 1), E_INVALIDARG);
     EXPECT_EQ(a.SetAt(3, 40), S_OK);
     EXPECT_EQ(a.GetAt(3), 40u);
-
-    EXPECT_EQ(a.IndexOf(30), 2);
     EXPECT_TRUE(a.Contains(10));
     EXPECT_EQ(a.IndexOf(30, 2, 0), -1) << "count 0 finds nothing even at start";
     EXPECT_EQ(a.IndexOf(30, 2, 1), 2);
     EXPECT_EQ(a.IndexOf(40, 1, 4), -1) << "a range past the end";
     EXPECT_EQ(ZQArray<unsigned int>().IndexOf(0), -1);
-
     EXPECT_EQ(a.Remove(4), E_INVALIDARG);
     EXPECT_EQ(a.Remove(3), S_OK) << "the last element: nothing moves";
     EXPECT_EQ(a.Remove(0), S_OK);
-    EXPECT_EQ(a.GetSize(), 2);
-    EXPECT_EQ(a[0], 20u);
-    EXPECT_EQ(a[1], 30u);
+    EXPECT_EQ(std::vector<unsigned int>(a.GetData(), a.GetData() + a.GetSize()), (std::vector<unsigned int>{20, 30}));
     EXPECT_EQ(a.GetMaxSize(), 16) << "the allocation is kept";
-}
 
-TEST(ZQArray, CopiesHoldRecordsByValue) {
+    // Records are copied and compared by value.
     ZQArray<Mode> modes;
     modes.Add({640, 480, 60, D3DFMT_X8R8G8B8});
     modes.Add({1024, 768, 75, D3DFMT_R5G6B5});
-    ZQArray<Mode> copy(modes);
-    ASSERT_EQ(copy.GetSize(), 2);
-    EXPECT_EQ(copy[1].refresh, 75u);
-    EXPECT_NE(copy.GetData(), modes.GetData());
-    EXPECT_EQ(copy.IndexOf({1024, 768, 75, D3DFMT_R5G6B5}), 1);
-
-    ZQArray<Mode> assigned;
+    ZQArray<Mode> copy(modes), assigned;
     assigned.Add({1, 1, 1, D3DFMT_UNKNOWN});
     assigned = modes;
-    EXPECT_EQ(assigned.GetSize(), 2);
-    EXPECT_EQ(assigned[0].width, 640u);
     assigned = assigned;
-    EXPECT_EQ(assigned.GetSize(), 2);
+    for (ZQArray<Mode>* result : {&copy, &assigned}) {
+        EXPECT_EQ(result->GetSize(), 2);
+        EXPECT_NE(result->GetData(), modes.GetData());
+        EXPECT_EQ(result->IndexOf({1024, 768, 75, D3DFMT_R5G6B5}), 1);
+    }
 }
 
 namespace {
@@ -107,89 +87,21 @@ std::vector<void*> Live(const ZQVector& v) {
 int items[64];
 } // namespace
 
-TEST(ZQVector, GrowsByOnePlaceWhenFull) {
+TEST(ZQVector, GrowsByOnePlaceWhenFullUpToTheCeiling) {
     ZQVector v;
     EXPECT_EQ(v.capacity(), 32u);
-    for (int i = 0; i < 31; ++i)
+    for (int i = 0; i < 32; ++i)
         v.push_back(&items[i]);
-    EXPECT_EQ(v.capacity(), 32u);
-    v.push_back(&items[31]);
     EXPECT_EQ(v.capacity(), 33u);
     v.push_back(&items[32]);
     EXPECT_EQ(v.capacity(), 34u);
-    EXPECT_EQ(v.size(), 33u);
     for (int i = 0; i < 33; ++i)
         ASSERT_EQ(v[i], &items[i]);
-}
-
-TEST(ZQVector, EraseNullsAndSwapSqueezes) {
-    ZQVector v;
-    for (int i = 0; i < 5; ++i)
-        v.push_back(&items[i]);
-    v.erase(&items[1]);
-    v.erase(&items[40]);
-    EXPECT_EQ(v.size(), 5u);
-    EXPECT_EQ(v[1], nullptr);
-    EXPECT_EQ(v[2], &items[2]);
-
-    ZQVector::iterator it = v.begin();
-    ++it;
-    ++it;
-    ++it;
-    v.erase(it);
-    EXPECT_EQ(v[3], nullptr);
-    ZQVector::iterator past = v.end();
-    v.erase(past);
-    EXPECT_EQ(Live(v), (std::vector<void*>{&items[0], &items[2], &items[4]}));
-
-    v.swap();
-    EXPECT_EQ(v.size(), 3u);
-    EXPECT_EQ(v[0], &items[0]);
-    EXPECT_EQ(v[1], &items[2]);
-    EXPECT_EQ(v[2], &items[4]);
-    EXPECT_EQ(v[3], nullptr);
-    v.push_back(&items[5]);
-    EXPECT_EQ(v[3], &items[5]) << "pushing continues behind the survivors";
-
-    ZQVector empty;
-    empty.swap();
-    EXPECT_TRUE(empty.empty());
-}
-
-TEST(ZQVector, ReserveEmptiesAndInsertAddsByteSteps) {
-    ZQVector v;
-    for (int i = 0; i < 5; ++i)
-        v.push_back(&items[i]);
-    v.reserve(64);
-    EXPECT_TRUE(v.empty());
-    EXPECT_EQ(v.capacity(), 64u);
-    EXPECT_EQ(v.begin(), v.end());
-
-    char bytes[4];
-    v.insert(bytes, 3);
-    EXPECT_EQ(v.size(), 3u);
-    EXPECT_EQ(v.capacity(), 3u);
-    EXPECT_EQ(v[2], bytes + 2);
-    v.push_back(&items[0]);
-    EXPECT_EQ(v.size(), 4u) << "a vector left full by insert grows before pushing";
-    EXPECT_EQ(v[3], &items[0]);
-
-    v.clear();
-    EXPECT_TRUE(v.empty());
-    EXPECT_EQ(v[0], nullptr);
-}
-
-TEST(ZQVector, CopiesAndTheCeiling) {
-    ZQVector v;
-    for (int i = 0; i < 40; ++i)
-        v.push_back(&items[i]);
-    ZQVector copy(v);
-    EXPECT_EQ(Live(copy), Live(v));
-    ZQVector assigned;
+    ZQVector copy(v), assigned;
     assigned.push_back(&items[63]);
     assigned = v;
+    EXPECT_EQ(Live(copy), Live(v));
     EXPECT_EQ(Live(assigned), Live(v));
-    EXPECT_EQ(assigned.size(), 40u);
 
     ZQVector big;
     big.reserve(10000);
@@ -197,4 +109,41 @@ TEST(ZQVector, CopiesAndTheCeiling) {
         big.push_back(&items[i % 64]);
     EXPECT_EQ(big.size(), 10240u) << "pushes past the ceiling are ignored";
     EXPECT_EQ(big[10239], &items[10239 % 64]);
+}
+
+TEST(ZQVector, EraseNullsSwapSqueezesReserveEmpties) {
+    ZQVector v;
+    for (int i = 0; i < 5; ++i)
+        v.push_back(&items[i]);
+    v.erase(&items[1]);
+    v.erase(&items[40]);
+    ZQVector::iterator it = v.begin();
+    ++it, ++it, ++it;
+    v.erase(it);
+    ZQVector::iterator past = v.end();
+    v.erase(past);
+    EXPECT_EQ(v.size(), 5u);
+    EXPECT_EQ(Live(v), (std::vector<void*>{&items[0], &items[2], &items[4]}));
+    v.swap();
+    v.push_back(&items[5]);
+    EXPECT_EQ(v.size(), 4u);
+    EXPECT_EQ(Live(v), (std::vector<void*>{&items[0], &items[2], &items[4], &items[5]}))
+        << "pushing continues behind the survivors";
+    ZQVector empty;
+    empty.swap();
+    EXPECT_TRUE(empty.empty());
+
+    v.reserve(64);
+    EXPECT_TRUE(v.empty());
+    EXPECT_EQ(v.capacity(), 64u);
+    char bytes[4];
+    v.insert(bytes, 3);
+    EXPECT_EQ(v.capacity(), 3u);
+    EXPECT_EQ(v[2], bytes + 2);
+    v.push_back(&items[0]);
+    EXPECT_EQ(v.size(), 4u) << "a vector left full by insert grows before pushing";
+    EXPECT_EQ(v[3], &items[0]);
+    v.clear();
+    EXPECT_TRUE(v.empty());
+    EXPECT_EQ(v[0], nullptr);
 }

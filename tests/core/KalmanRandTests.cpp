@@ -22,9 +22,6 @@ TEST(ZQKalman, UpdateRule) {
     ZQKalman certain(3.0, 0.0);
     EXPECT_DOUBLE_EQ(certain.Normal(9.0, 2.0), 3.0) << "no spread: the measurement has no weight";
     EXPECT_DOUBLE_EQ(certain.GetSpread(), 4.0) << "P x R = 0: D itself";
-
-    ZQKalman defaults;
-    EXPECT_EQ(defaults.GetEstimate(), 0.0);
 }
 
 TEST(ZQRand, EqualEndsReturnWithoutDrawing) {

@@ -9,16 +9,8 @@ using ZQ::ZQMapper;
 using ZQ::ZQString;
 
 namespace {
-
-std::vector<void*> Values(const ZQMapper& map) {
-    std::vector<void*> values;
-    for (ZQMapper::iterator it = map.begin(); it != map.end(); ++it)
-        values.push_back(it->value);
-    return values;
-}
-
 int a, b, c, d;
-
+int* const kValues[] = {&a, &b, &c, &d};
 } // namespace
 
 TEST(ZQMapper, NamesAreCaseInsensitiveAndUpperCasedInPlace) {
@@ -27,37 +19,37 @@ TEST(ZQMapper, NamesAreCaseInsensitiveAndUpperCasedInPlace) {
     map.insert(name, &a);
     EXPECT_EQ(std::wstring(static_cast<wchar_t*>(name)), L"TITLE");
     EXPECT_STREQ(static_cast<char*>(name), "TITLE");
-
     ZQString upper(L"TITLE");
     EXPECT_EQ(map.find(upper), &a);
     EXPECT_EQ(map.find("title"), &a);
     EXPECT_EQ(map.find(L"Title"), &a);
     EXPECT_EQ(map.find(L"Titl"), nullptr);
     EXPECT_EQ(map.find(L"TITLES"), nullptr);
-
     ZQString lookup(L"tItLe");
     EXPECT_EQ(map.find_itr(lookup)->value, &a);
     EXPECT_EQ(std::wstring(static_cast<wchar_t*>(lookup)), L"TITLE");
-}
 
-TEST(ZQMapper, EqualKeysChainInInsertionOrder) {
-    ZQMapper map;
+    // Equal keys chain in insertion order; the first of two equal names wins.
+    ZQMapper chained;
     ZQString ab(L"AB"), ba(L"BA"), first(L"A"), second(L"a");
     ASSERT_EQ(ab.key(), ba.key());
-    map.insert(ab, &a);
-    map.insert(ba, &b);
-    map.insert(first, &c);
-    map.insert(second, &d);
-
-    EXPECT_EQ(map.find(L"ab"), &a);
-    EXPECT_EQ(map.find(L"ba"), &b);
-    EXPECT_EQ(map.find(L"a"), &c) << "the first of two equal names wins";
-    EXPECT_EQ(map.size(), 4u);
-    EXPECT_EQ(Values(map), (std::vector<void*>{&a, &b, &c, &d}));
+    ZQString* names[] = {&ab, &ba, &first, &second};
+    for (int i = 0; i < 4; ++i)
+        chained.insert(*names[i], kValues[i]);
+    EXPECT_EQ(chained.find(L"ab"), &a);
+    EXPECT_EQ(chained.find(L"ba"), &b);
+    EXPECT_EQ(chained.find(L"a"), &c);
+    std::vector<void*> values;
+    for (ZQMapper::iterator it = chained.begin(); it != chained.end(); ++it)
+        values.push_back(it->value);
+    EXPECT_EQ(values, std::vector<void*>(kValues, kValues + 4));
 }
 
-TEST(ZQMapper, NumericKeys) {
+TEST(ZQMapper, NumericKeysEmptyMapsAndTheEmptyName) {
     ZQMapper map;
+    EXPECT_EQ(map.find(L"anything"), nullptr);
+    EXPECT_EQ(map.find_key(3), nullptr);
+    EXPECT_EQ(map.begin(), map.end());
     map.insert(9u, &a);
     map.insert(1u, &b);
     EXPECT_EQ(map.find_key(9), &a) << "place 1 of the level under root node 1";
@@ -73,34 +65,19 @@ TEST(ZQMapper, NumericKeys) {
 
     // Keys far past the octal depth of eight levels still get places of their own.
     ZQMapper wide;
-    wide.insert(0xFFFFFFFFu, &a);
-    wide.insert(0x7FFFFFFFu, &b);
-    wide.insert(1u << 27, &c);
-    wide.insert(7u, &d);
-    EXPECT_EQ(wide.find_key(0xFFFFFFFFu), &a);
-    EXPECT_EQ(wide.find_key(0x7FFFFFFFu), &b);
-    EXPECT_EQ(wide.find_key(1u << 27), &c);
-    EXPECT_EQ(wide.find_key(7), &d);
-}
+    const unsigned int keys[] = {0xFFFFFFFFu, 0x7FFFFFFFu, 1u << 27, 7u};
+    for (int i = 0; i < 4; ++i)
+        wide.insert(keys[i], kValues[i]);
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(wide.find_key(keys[i]), kValues[i]) << keys[i];
 
-TEST(ZQMapper, EmptyMapsAndTheEmptyName) {
-    ZQMapper map;
-    EXPECT_TRUE(map.empty());
-    EXPECT_EQ(map.find(L"anything"), nullptr);
-    EXPECT_EQ(map.find_key(3), nullptr);
-    EXPECT_EQ(map.begin(), map.end());
-    map.clear();
-    EXPECT_TRUE(map.empty());
-
-    ZQString none;
-    map.insert(none, &a);
-    EXPECT_EQ(map.find(L""), &a) << "the empty name is key 0, place 0 of the root";
-    EXPECT_EQ(map.find_key(0), &a);
-
-    // Null is ignored rather than stored as an invisible entry.
-    ZQString ghost(L"Ghost");
-    map.insert(ghost, nullptr);
-    EXPECT_EQ(map.size(), 1u);
+    ZQMapper named;
+    ZQString none, ghost(L"Ghost");
+    named.insert(none, &a);
+    EXPECT_EQ(named.find(L""), &a) << "the empty name is key 0, place 0 of the root";
+    EXPECT_EQ(named.find_key(0), &a);
+    named.insert(ghost, nullptr);
+    EXPECT_EQ(named.size(), 1u) << "null is ignored rather than stored as an invisible entry";
 }
 
 TEST(ZQMapper, NullLookupRepeatsThePreviousName) {

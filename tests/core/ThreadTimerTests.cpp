@@ -13,13 +13,6 @@ using ZQ::ZQUnLock;
 
 namespace {
 
-class CriticalSection {
-public:
-    CriticalSection() { InitializeCriticalSection(&cs); }
-    ~CriticalSection() { DeleteCriticalSection(&cs); }
-    CRITICAL_SECTION cs;
-};
-
 bool OtherThreadCanEnter(CRITICAL_SECTION* cs) {
     bool entered = false;
     std::thread([&] {
@@ -34,113 +27,95 @@ bool OtherThreadCanEnter(CRITICAL_SECTION* cs) {
 } // namespace
 
 TEST(ZQLock, HoldsForItsScopeAndUnLockReleasesWithin) {
-    CriticalSection section;
+    CRITICAL_SECTION section;
+    InitializeCriticalSection(&section);
     {
-        ZQLock lock(&section.cs);
-        EXPECT_FALSE(OtherThreadCanEnter(&section.cs));
+        ZQLock lock(&section);
+        EXPECT_FALSE(OtherThreadCanEnter(&section));
         {
-            ZQUnLock unlock(&section.cs);
-            EXPECT_TRUE(OtherThreadCanEnter(&section.cs));
+            ZQUnLock unlock(&section);
+            EXPECT_TRUE(OtherThreadCanEnter(&section));
         }
-        EXPECT_FALSE(OtherThreadCanEnter(&section.cs));
+        EXPECT_FALSE(OtherThreadCanEnter(&section));
     }
-    EXPECT_TRUE(OtherThreadCanEnter(&section.cs));
+    EXPECT_TRUE(OtherThreadCanEnter(&section));
+    DeleteCriticalSection(&section);
 }
 
 namespace {
 
-// A window whose queue shows what worker threads post to it.
-class MessageWindow {
-public:
-    MessageWindow() { hWnd = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr); }
-    ~MessageWindow() { DestroyWindow(hWnd); }
-    int CountPosted(WPARAM* lastWParam = nullptr, LPARAM* lastLParam = nullptr) {
-        int count = 0;
-        MSG msg;
-        while (PeekMessageW(&msg, hWnd, ZQ::ZQ_WM_THREAD_POS, ZQ::ZQ_WM_THREAD_POS, PM_REMOVE)) {
-            ++count;
-            if (lastWParam)
-                *lastWParam = msg.wParam;
-            if (lastLParam)
-                *lastLParam = msg.lParam;
-        }
-        return count;
-    }
-    HWND hWnd;
-};
-
+// A job that reports progress to a message-only window and logs what it was called with; a hanging one
+// signals that it runs and never returns.
 class ReportingJob : public ZQThread {
 public:
-    explicit ReportingJob(HWND window) : m_window(window) {}
+    explicit ReportingJob(HWND window, bool hangs = false) : m_window(window), m_hangs(hangs) {}
     void Start(void* param) { SetStart(param); }
     void Report(unsigned int w, unsigned int l) { SetPos(m_window, w, l); }
-    bool Finished() { return GetFinish(); }
     void OnThread(void* param) override {
+        jobThread = GetCurrentThreadId();
+        if (m_hangs) {
+            DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), &self, 0, FALSE,
+                            DUPLICATE_SAME_ACCESS);
+            SetEvent(done);
+            for (;;)
+                Sleep(10);
+        }
         log += "job:" + std::to_string(reinterpret_cast<uintptr_t>(param)) + " ";
         Report(3, 7);
-        jobThread = GetCurrentThreadId();
     }
     void OnThreadFinish(void*) override {
-        log += Finished() ? "finished " : "not-finished ";
+        log += GetFinish() ? "finished " : "not-finished ";
         SetEvent(done);
     }
     ~ReportingJob() override { CloseHandle(done); }
 
     std::string log;
     DWORD jobThread = 0;
+    HANDLE self = nullptr;
     HANDLE done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
 
 private:
     HWND m_window;
+    bool m_hangs;
 };
+
+// The posted progress messages, as "wParam,lParam" each.
+std::string Posted(HWND window) {
+    std::string posted;
+    MSG msg;
+    while (PeekMessageW(&msg, window, ZQ::ZQ_WM_THREAD_POS, ZQ::ZQ_WM_THREAD_POS, PM_REMOVE))
+        posted += std::to_string(msg.wParam) + "," + std::to_string(msg.lParam) + " ";
+    return posted;
+}
 
 } // namespace
 
 TEST(ZQThread, RunsTheJobOnceAndReportsProgressUntilFinished) {
-    MessageWindow window;
-    ReportingJob job(window.hWnd);
+    HWND window = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    ReportingJob job(window);
     EXPECT_EQ(WaitForSingleObject(job.done, 100), static_cast<DWORD>(WAIT_TIMEOUT)) << "created suspended";
     job.Start(reinterpret_cast<void*>(42));
     ASSERT_EQ(WaitForSingleObject(job.done, 10000), static_cast<DWORD>(WAIT_OBJECT_0));
-    EXPECT_EQ(job.log, "job:42 finished ");
     EXPECT_NE(job.jobThread, GetCurrentThreadId());
-
-    WPARAM w = 0;
-    LPARAM l = 0;
-    EXPECT_EQ(window.CountPosted(&w, &l), 1);
-    EXPECT_EQ(w, 3u);
-    EXPECT_EQ(l, 7);
-
+    EXPECT_EQ(Posted(window), "3,7 ");
     job.Report(5, 5);
-    EXPECT_EQ(window.CountPosted(), 0) << "nothing is posted after the job has finished";
+    EXPECT_EQ(Posted(window), "") << "nothing is posted after the job has finished";
     job.Start(nullptr);
     Sleep(50);
     EXPECT_EQ(job.log, "job:42 finished ") << "a job runs once";
+    DestroyWindow(window);
 }
 
-namespace {
-class HangingJob : public ZQThread {
-public:
-    void Start() { SetStart(nullptr); }
-    void OnThread(void*) override {
-        DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), &self, 0, FALSE,
-                        DUPLICATE_SAME_ACCESS);
-        SetEvent(running);
-        for (;;)
-            Sleep(10);
-    }
-    HANDLE self = nullptr;
-    HANDLE running = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-};
-} // namespace
+TEST(ZQThread, AJobNeverStartedIsEndedAtOnceOneThatNeverReturnsAfterAboutThreeSeconds) {
+    ULONGLONG before = GetTickCount64();
+    delete new ReportingJob(nullptr);
+    EXPECT_LT(GetTickCount64() - before, 2000u);
 
-TEST(ZQThread, AJobThatNeverReturnsIsEndedAfterAboutThreeSeconds) {
-    HangingJob* job = new HangingJob;
-    job->Start();
-    ASSERT_EQ(WaitForSingleObject(job->running, 10000), static_cast<DWORD>(WAIT_OBJECT_0));
+    ReportingJob* job = new ReportingJob(nullptr, true);
+    job->Start(nullptr);
+    ASSERT_EQ(WaitForSingleObject(job->done, 10000), static_cast<DWORD>(WAIT_OBJECT_0));
     HANDLE self = job->self;
-    HANDLE running = job->running;
-    const ULONGLONG before = GetTickCount64();
+    before = GetTickCount64();
     delete job;
     const ULONGLONG waited = GetTickCount64() - before;
     EXPECT_GE(waited, 2900u);
@@ -149,16 +124,9 @@ TEST(ZQThread, AJobThatNeverReturnsIsEndedAfterAboutThreeSeconds) {
     ASSERT_TRUE(GetExitCodeThread(self, &exitCode));
     EXPECT_EQ(exitCode, 920u);
     CloseHandle(self);
-    CloseHandle(running);
 }
 
-TEST(ZQThread, AJobNeverStartedIsEndedAtOnce) {
-    const ULONGLONG before = GetTickCount64();
-    delete new ReportingJob(nullptr);
-    EXPECT_LT(GetTickCount64() - before, 2000u);
-}
-
-TEST(ZQTimer, ANewTimerIsPausedAtTheCounterOrigin) {
+TEST(ZQTimer, ANewTimerIsPausedAtTheCounterOriginAndStepsWithAdvance) {
     ZQTimer timer;
     EXPECT_TRUE(timer.IsStopped());
     LARGE_INTEGER counter, frequency;
@@ -168,22 +136,17 @@ TEST(ZQTimer, ANewTimerIsPausedAtTheCounterOrigin) {
     EXPECT_GE(timer.GetTime(), counterSeconds) << "measured from counter 0";
     EXPECT_LT(timer.GetTime(), counterSeconds + 5.0);
     EXPECT_NEAR(timer.GetAbsoluteTime(), timer.GetTime(), 1.0);
-}
 
-TEST(ZQTimer, PausedTimerStepsWithAdvance) {
-    ZQTimer timer;
     timer.Reset();
     EXPECT_FALSE(timer.IsStopped());
     Sleep(20);
     timer.Stop();
-    EXPECT_TRUE(timer.IsStopped());
     const double atStop = timer.GetTime();
     EXPECT_GT(atStop, 0.0);
     Sleep(30);
     EXPECT_EQ(timer.GetTime(), atStop) << "a paused timer stands still";
-    timer.Advance();
-    timer.Advance();
-    timer.Advance();
+    for (int i = 0; i < 3; ++i)
+        timer.Advance();
     EXPECT_NEAR(timer.GetTime() - atStop, 0.3, 1e-6);
     EXPECT_NEAR(timer.GetElapsedTime(), 0.3, 1e-6);
     EXPECT_EQ(timer.GetElapsedTime(), 0.0);
@@ -192,9 +155,7 @@ TEST(ZQTimer, PausedTimerStepsWithAdvance) {
 TEST(ZQTimer, APauseIsNotCounted) {
     ZQTimer timer;
     timer.Start();
-    const double started = timer.GetTime();
-    EXPECT_GE(started, 0.0);
-    EXPECT_LT(started, 1.0) << "a new timer starts at time 0";
+    EXPECT_LT(timer.GetTime(), 1.0) << "a new timer starts at time 0";
     timer.Stop();
     const double atStop = timer.GetTime();
     Sleep(300);
@@ -202,10 +163,8 @@ TEST(ZQTimer, APauseIsNotCounted) {
     const double afterPause = timer.GetTime();
     EXPECT_GE(afterPause, atStop);
     EXPECT_LT(afterPause - atStop, 0.25) << "the 300 ms pause is not counted";
-
     timer.GetElapsedTime();
     Sleep(50);
-    const double elapsed = timer.GetElapsedTime();
-    EXPECT_GE(elapsed, 0.04);
+    EXPECT_GE(timer.GetElapsedTime(), 0.04);
     EXPECT_GT(timer.GetTime(), afterPause);
 }

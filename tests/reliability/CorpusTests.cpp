@@ -20,13 +20,13 @@ using twodtest::Device;
 namespace {
 
 using Bytes = std::vector<uint8_t>;
+using reliability::EnvFile;
 
 Bytes ReadAll(const std::wstring& path) {
     Bytes bytes;
     if (FILE* in = _wfopen(path.c_str(), L"rb")) {
         uint8_t buffer[65536];
-        size_t read;
-        while ((read = fread(buffer, 1, sizeof buffer, in)) > 0)
+        for (size_t read; (read = fread(buffer, 1, sizeof buffer, in)) > 0;)
             bytes.insert(bytes.end(), buffer, buffer + read);
         fclose(in);
     }
@@ -41,14 +41,11 @@ bool WriteAll(const std::wstring& path, const Bytes& bytes) {
     return fclose(out) == 0 && whole;
 }
 
-std::wstring SoundFile(const wchar_t* name) {
-    wchar_t folder[MAX_PATH] = L"";
-    GetEnvironmentVariableW(L"ZQ_TEST_SOUNDS", folder, MAX_PATH);
-    std::wstring path = std::wstring(L"Z:") + folder + L"\\" + name;
-    for (wchar_t& c : path)
-        if (c == L'/')
-            c = L'\\';
-    return path;
+// The bytes with a 32-bit little-endian value written at an offset.
+Bytes Patched(Bytes bytes, size_t at, uint32_t value) {
+    for (int b = 0; b < 4; ++b)
+        bytes[at + b] = static_cast<uint8_t>(value >> (8 * b));
+    return bytes;
 }
 
 std::wstring TempFolder() {
@@ -87,12 +84,8 @@ std::vector<Bytes> Mutations(const Bytes& seed, size_t limit) {
     for (size_t i = 1; i < 12 && n >= 4; ++i)
         offsets.push_back((n - 4) * i / 12);
     for (size_t at : offsets)
-        for (uint32_t value : hostile) {
-            Bytes patched = seed;
-            for (int b = 0; b < 4; ++b)
-                patched[at + b] = static_cast<uint8_t>(value >> (8 * b));
-            fields.push_back(std::move(patched));
-        }
+        for (uint32_t value : hostile)
+            fields.push_back(Patched(seed, at, value));
 
     // Interleave the kinds, so that a limit keeps some of each.
     std::vector<Bytes> all;
@@ -103,45 +96,30 @@ std::vector<Bytes> Mutations(const Bytes& seed, size_t limit) {
     return all;
 }
 
-// Ends the process, naming the file, when one load takes longer than a minute or crashes.
-class Watchdog {
-public:
-    Watchdog()
-        : m_thread([this] {
-              int stuck = 0;
-              for (long seen = -1; !m_done; Sleep(250)) {
-                  const long now = m_progress;
-                  stuck = now == seen ? stuck + 1 : 0;
-                  seen = now;
-                  if (stuck > 240) {
-                      std::fprintf(stderr, "hang while %ls\n", reliability::g_doing.load());
-                      std::fflush(stderr);
-                      TerminateProcess(GetCurrentProcess(), 3);
-                  }
-              }
-          }) {
+// Names what is loading for a crash report; a watchdog ends the process, naming it, when one load takes
+// longer than a minute.
+void Loading(const wchar_t* what) {
+    static std::atomic<long> progress{0};
+    static const bool watched = [] {
         reliability::ReportCrashes();
-    }
-    ~Watchdog() {
-        m_done = true;
-        m_thread.join();
-    }
-    void Loading(const wchar_t* what) {
-        reliability::g_doing = what;
-        ++m_progress;
-    }
-
-private:
-    std::atomic<bool> m_done{false};
-    std::atomic<long> m_progress{0};
-    std::thread m_thread;
-};
-
-struct Seed {
-    std::wstring file;     ///< the valid file
-    const wchar_t* suffix; ///< the loaders choose by it
-    size_t limit;          ///< variants kept
-};
+        std::thread([] {
+            for (long seen = -1, stuck = 0;; Sleep(250)) {
+                const long now = progress;
+                stuck = now == seen ? stuck + 1 : 0;
+                seen = now;
+                if (stuck > 240) {
+                    std::fprintf(stderr, "hang while %ls\n", reliability::g_doing.load());
+                    std::fflush(stderr);
+                    TerminateProcess(GetCurrentProcess(), 3);
+                }
+            }
+        }).detach();
+        return true;
+    }();
+    (void)watched;
+    reliability::g_doing = what;
+    ++progress;
+}
 
 using Loader = std::function<void(const std::wstring& path)>;
 
@@ -155,15 +133,8 @@ void DrawOnce(const std::function<void()>& draw) {
     Device()->Present(nullptr, nullptr, nullptr, nullptr);
 }
 
-// The first draws of these chunks cost Wine's driver some 75 MB once (caches that stay): paid before
-// measuring, so that what a pass adds is what the loaders keep.
-void WarmUpDrawing() {
-    static bool done = false;
-    if (done)
-        return;
-    done = true;
-    ZQ::ZQSprite sprite(Device());
-    sprite.Entry(Data(L"pics.om").c_str());
+// Draws the test atlases' three chunks.
+void DrawChunks(ZQ::ZQSprite& sprite) {
     D3DXVECTOR3 at(10, 10, 0);
     D3DXCOLOR white(1, 1, 1, 1);
     DrawOnce([&] {
@@ -172,25 +143,34 @@ void WarmUpDrawing() {
     });
 }
 
-// Feeds every variant of every seed to the loader; the process's committed memory may grow by boundMb at most.
-void RunCorpus(const char* what, const std::vector<Seed>& seeds, const Loader& load, double boundMb = 48.0) {
-    static Watchdog watchdog;
-    WarmUpDrawing();
+// Feeds up to limit variants of each valid seed file to the loader, each under the seed's suffix (the loaders
+// choose by it); the process's committed memory may grow by boundMb at most.
+void RunCorpus(const char* what, const std::vector<std::wstring>& seeds, size_t limit, const Loader& load,
+               double boundMb = 48.0) {
+    // The first draws of these chunks cost Wine's driver some 75 MB once (caches that stay): paid before
+    // measuring, so that what a pass adds is what the loaders keep.
+    static const bool warmedUp = [] {
+        ZQ::ZQSprite sprite(Device());
+        sprite.Entry(Data(L"pics.om").c_str());
+        DrawChunks(sprite);
+        return true;
+    }();
+    ASSERT_TRUE(warmedUp);
     const std::wstring folder = TempFolder();
     const reliability::Memory before = reliability::SampleMemory();
     size_t count = 0;
     const DWORD start = GetTickCount();
-    for (const Seed& seed : seeds) {
-        const Bytes valid = ReadAll(seed.file);
+    for (const std::wstring& seed : seeds) {
+        const Bytes valid = ReadAll(seed);
         ASSERT_FALSE(valid.empty()) << "missing seed file";
-        for (const Bytes& variant : Mutations(valid, seed.limit)) {
+        for (const Bytes& variant : Mutations(valid, limit)) {
             // A name of its own per variant: a font file stays registered, and so in use, until the end.
-            const std::wstring path = folder + L"\\v" + std::to_wstring(count++) + seed.suffix;
+            const std::wstring path = folder + L"\\v" + std::to_wstring(count++) + seed.substr(seed.rfind(L'.'));
             ASSERT_TRUE(WriteAll(path, variant));
             const std::wstring doing = L"loading " + path;
-            watchdog.Loading(doing.c_str());
+            Loading(doing.c_str());
             load(path);
-            watchdog.Loading(L"");
+            Loading(L"");
             DeleteFileW(path.c_str());
         }
     }
@@ -200,45 +180,44 @@ void RunCorpus(const char* what, const std::vector<Seed>& seeds, const Loader& l
     EXPECT_LT(after.committedMb - before.committedMb, boundMb) << what;
 }
 
+// The test art's chunk_a.png, written in another format through D3DX.
+bool SaveChunkA(const std::wstring& path, D3DXIMAGE_FILEFORMAT format) {
+    IDirect3DTexture9* image = nullptr;
+    if (FAILED(D3DXCreateTextureFromFileW(Device(), Data(L"chunk_a.png").c_str(), &image)))
+        return false;
+    const bool saved = SUCCEEDED(D3DXSaveTextureToFileW(path.c_str(), format, image, nullptr));
+    image->Release();
+    return saved;
+}
 
 } // namespace
 
 TEST(Corpus, PackedTexturesWholeAndSplit) {
-    RunCorpus("packed textures",
-              {{Data(L"pics.om"), L".om", 120}, {Data(L"first.om"), L".om", 120},
-               {Data(L"atlas.te"), L".te", 120}, {Data(L"wide.te"), L".te", 120}},
+    RunCorpus("packed textures", {Data(L"pics.om"), Data(L"first.om"), Data(L"atlas.te"), Data(L"wide.te")}, 120,
               [](const std::wstring& path) {
                   ZQ::ZQSprite whole(Device());
                   whole.Entry(path.c_str());
                   ZQ::ZQTexture split(Device());
                   split.Entry(path.c_str(), true);
-                  D3DXVECTOR3 at(10, 10, 0);
-                  D3DXCOLOR white(1, 1, 1, 1);
-                  DrawOnce([&] {
-                      for (const wchar_t* name : {L"chunk_a", L"chunk_b", L"chunk_c"})
-                          whole.Render(name, at, white, 0);
-                  });
+                  DrawChunks(whole);
               });
 }
 
 TEST(Corpus, ImagesThroughTheImageLoader) {
     // The other image formats are written here from the PNG, through D3DX. Wine's own BMP decoder crashes
     // on a width of -1 where Windows refuses the file: the library refuses such headers itself.
-    IDirect3DTexture9* image = nullptr;
-    ASSERT_EQ(D3DXCreateTextureFromFileW(Device(), Data(L"chunk_a.png").c_str(), &image), S_OK);
-    std::vector<Seed> seeds = {{Data(L"chunk_a.png"), L".png", 150}};
+    std::vector<std::wstring> seeds = {Data(L"chunk_a.png")};
     const struct {
         D3DXIMAGE_FILEFORMAT format;
         const wchar_t* suffix;
     } others[] = {{D3DXIFF_DDS, L".dds"}, {D3DXIFF_JPG, L".jpg"}, {D3DXIFF_BMP, L".bmp"}};
     for (const auto& other : others) {
         const std::wstring path = TempFolder() + L"\\seed" + other.suffix;
-        if (SUCCEEDED(D3DXSaveTextureToFileW(path.c_str(), other.format, image, nullptr)))
-            seeds.push_back({path, other.suffix, 150});
+        if (SaveChunkA(path, other.format))
+            seeds.push_back(path);
     }
-    image->Release();
     std::printf("%zu image formats\n", seeds.size());
-    RunCorpus("images", seeds, [](const std::wstring& path) {
+    RunCorpus("images", seeds, 150, [](const std::wstring& path) {
         ZQ::ZQTexture texture(Device());
         texture.Entry(L"image", path.c_str(), true);
     });
@@ -247,9 +226,7 @@ TEST(Corpus, ImagesThroughTheImageLoader) {
 TEST(Corpus, AnimationsPlayedAndSplinePaths) {
     ZQ::ZQSprite sprite(Device());
     sprite.Entry(Data(L"sprites.te").c_str());
-    RunCorpus("animations",
-              {{Data(L"anim\\narrow.am"), L".am", 150}, {Data(L"anim\\wide.am"), L".am", 150},
-               {Data(L"anim\\frames.ta"), L".ta", 150}},
+    RunCorpus("animations", {Data(L"anim\\narrow.am"), Data(L"anim\\wide.am"), Data(L"anim\\frames.ta")}, 150,
               [&sprite](const std::wstring& path) {
                   ZQ::ZQAnimate animate(&sprite);
                   animate.Entry(path.c_str());
@@ -261,7 +238,7 @@ TEST(Corpus, AnimationsPlayedAndSplinePaths) {
                                   player.OnFrameRender(Device(), 0.0, 0.1f, nullptr);
                   });
               });
-    RunCorpus("spline paths", {{Data(L"anim\\paths.spl"), L".spl", 250}}, [](const std::wstring& path) {
+    RunCorpus("spline paths", {Data(L"anim\\paths.spl")}, 250, [](const std::wstring& path) {
         ZQ::ZQSpline paths(path.c_str(), 7, 2);
         for (const wchar_t* name : {L"arc", L"three"})
             if (ZQ::_3D::ZQ3DSpline* spline = paths.GetSpline(name))
@@ -278,7 +255,7 @@ struct SoundBoard : ZQ::ZQSound {
 
 TEST(Corpus, WavesReadAndLoadedIntoTheSoundBoard) {
     SoundBoard board;
-    RunCorpus("waves", {{SoundFile(L"tone.wav"), L".wav", 200}, {SoundFile(L"tone8.wav"), L".wav", 200}},
+    RunCorpus("waves", {EnvFile(L"ZQ_TEST_SOUNDS", L"tone.wav"), EnvFile(L"ZQ_TEST_SOUNDS", L"tone8.wav")}, 200,
               [&board](const std::wstring& path) {
                   ZQ::ZQWaveFile wave;
                   std::wstring name = path;
@@ -295,7 +272,7 @@ TEST(Corpus, WavesReadAndLoadedIntoTheSoundBoard) {
 }
 
 TEST(Corpus, Mp3PiecesDecoded) {
-    RunCorpus("mp3", {{SoundFile(L"music.mp3"), L".mp3", 30}}, [](const std::wstring& path) {
+    RunCorpus("mp3", {EnvFile(L"ZQ_TEST_SOUNDS", L"music.mp3")}, 30, [](const std::wstring& path) {
         ZQ::ZQSound board(twodtest::App()->GethWnd(), DSSCL_PRIORITY);
         board.Entry(L"music", path.c_str());
     });
@@ -303,20 +280,20 @@ TEST(Corpus, Mp3PiecesDecoded) {
 
 TEST(Corpus, FontFiles) {
     // Every font file stays registered until the process ends: a larger bound.
-    RunCorpus("fonts", {{Data(L"DejaVuSans.ttf"), L".ttf", 20}}, [](const std::wstring& path) {
-        ZQ::ZQFont font(Device());
-        font.Entry(1, path.c_str(), L"DejaVu Sans", 20, 0, 400, 1, FALSE, DEFAULT_CHARSET, 0, 0, 0);
-        RECT box = {0, 0, 200, 40};
-        DrawOnce([&] { font.DrawTextW(nullptr, L"Insert coin", -1, &box, DT_LEFT, 0xFFFFFFFF); });
-    }, 400.0);
+    RunCorpus(
+        "fonts", {Data(L"DejaVuSans.ttf")}, 20,
+        [](const std::wstring& path) {
+            ZQ::ZQFont font(Device());
+            font.Entry(1, path.c_str(), L"DejaVu Sans", 20, 0, 400, 1, FALSE, DEFAULT_CHARSET, 0, 0, 0);
+            RECT box = {0, 0, 200, 40};
+            DrawOnce([&] { font.DrawTextW(nullptr, L"Insert coin", -1, &box, DT_LEFT, 0xFFFFFFFF); });
+        },
+        400.0);
 }
 
 TEST(Corpus, BitmapHeadersNoDecoderAccepts) {
-    IDirect3DTexture9* image = nullptr;
-    ASSERT_EQ(D3DXCreateTextureFromFileW(Device(), Data(L"chunk_a.png").c_str(), &image), S_OK);
     const std::wstring seed = TempFolder() + L"\\seed.bmp";
-    ASSERT_EQ(D3DXSaveTextureToFileW(seed.c_str(), D3DXIFF_BMP, image, nullptr), S_OK);
-    image->Release();
+    ASSERT_TRUE(SaveChunkA(seed, D3DXIFF_BMP));
     const Bytes valid = ReadAll(seed);
     // Offsets 18 and 22: the info header's width and height.
     const struct {
@@ -324,11 +301,8 @@ TEST(Corpus, BitmapHeadersNoDecoderAccepts) {
         uint32_t value;
     } patches[] = {{18, 0xFFFFFFFFu}, {18, 0}, {18, 0x7FFFFFFFu}, {22, 0}, {22, 0x80000000u}};
     for (const auto& patch : patches) {
-        Bytes bytes = valid;
-        for (int b = 0; b < 4; ++b)
-            bytes[patch.at + b] = static_cast<uint8_t>(patch.value >> (8 * b));
         const std::wstring path = TempFolder() + L"\\bad.bmp";
-        ASSERT_TRUE(WriteAll(path, bytes));
+        ASSERT_TRUE(WriteAll(path, Patched(valid, patch.at, patch.value)));
         ZQ::ZQTexture texture(Device());
         texture.Entry(L"image", path.c_str(), false);
         EXPECT_EQ(texture.Trans(L"image"), nullptr) << "offset " << patch.at << " = " << patch.value;
@@ -339,12 +313,6 @@ TEST(Corpus, BitmapHeadersNoDecoderAccepts) {
 }
 
 namespace {
-
-std::wstring FieldImage(const std::wstring& name) {
-    wchar_t folder[MAX_PATH] = L"";
-    GetEnvironmentVariableW(L"ZQ_FIELD_IMAGES", folder, MAX_PATH);
-    return std::wstring(folder) + L"\\" + name;
-}
 
 // The colour at (x, y) of level 0, whatever the texture's format (compressed ones included).
 D3DCOLOR ColourAt(IDirect3DTexture9* texture, int x, int y) {
@@ -368,63 +336,51 @@ D3DCOLOR ColourAt(IDirect3DTexture9* texture, int x, int y) {
     return colour;
 }
 
-bool Within(D3DCOLOR a, D3DCOLOR b, int tolerance) {
-    for (int shift = 0; shift < 24; shift += 8)
-        if (std::abs(static_cast<int>(a >> shift & 0xFF) - static_cast<int>(b >> shift & 0xFF)) > tolerance)
-            return false;
-    return true;
-}
-
 } // namespace
 
 // Images as other tools write them (see MakeFieldImages.cmake), each loaded alone and from an atlas that
 // packs its bytes untouched. A format the platform decodes shows its four quadrants where they are; one it
 // does not decode is refused cleanly: nothing registered alone, the atlas's chunk kept without a texture.
-// Where Wine's decoder gets the pixels wrong, the chunk is still registered at the image's size.
+// Where Wine's decoder gets the pixels wrong, the chunk is still registered at the image's size. Wine refuses
+// colour PNGs of 16 bits a channel (D3DX on Windows reads them), misreads 4-bit BMP rows of an odd width,
+// draws a TGA upside down (ignoring its bottom-up origin), and copies a DXT image alone (into part of a
+// compressed texture of a power-of-two size) wrongly where the part is not whole 4 x 4 blocks.
 TEST(FieldImages, EveryFormatLoadsOrIsRefusedCleanlyAloneAndInAnAtlas) {
     enum Outcome { Loads, Refused, MisdrawnByWine };
     struct Image {
-        const wchar_t* name;
         const wchar_t* file;
         bool grey;
         int tolerance;
         Outcome alone, inAtlas;
     };
-    const Image images[] = {
-        {L"png-rgb", L"png-rgb.png", false, 2, Loads, Loads},
-        {L"png-rgba", L"png-rgba.png", false, 2, Loads, Loads},
-        {L"png-palette", L"png-palette.png", false, 2, Loads, Loads},
-        // Wine's decoder refuses colour PNGs of 16 bits a channel (D3DX on Windows reads them).
-        {L"png-16bit", L"png-16bit.png", false, 2, Refused, Refused},
-        {L"png-16bit-alpha", L"png-16bit-alpha.png", false, 2, Refused, Refused},
-        {L"png-grey", L"png-grey.png", true, 2, Loads, Loads},
-        {L"png-grey-16bit", L"png-grey-16bit.png", true, 2, Loads, Loads},
-        {L"png-grey-alpha", L"png-grey-alpha.png", true, 2, Loads, Loads},
-        {L"png-interlaced", L"png-interlaced.png", false, 2, Loads, Loads},
-        {L"jpeg", L"jpeg.jpg", false, 24, Loads, Loads},
-        {L"jpeg-grey", L"jpeg-grey.jpg", true, 24, Loads, Loads},
-        {L"jpeg-progressive", L"jpeg-progressive.jpg", false, 24, Loads, Loads},
-        {L"bmp-24bit", L"bmp-24bit.bmp", false, 2, Loads, Loads},
-        {L"bmp-32bit", L"bmp-32bit.bmp", false, 2, Loads, Loads},
-        // Wine misreads 4-bit rows of an odd width.
-        {L"bmp-palette", L"bmp-palette.bmp", false, 2, MisdrawnByWine, MisdrawnByWine},
-        // Wine ignores a TGA's bottom-up origin and draws it upside down.
-        {L"tga", L"tga.tga", false, 2, MisdrawnByWine, MisdrawnByWine},
-        {L"tga-rle", L"tga-rle.tga", false, 2, MisdrawnByWine, MisdrawnByWine},
-        {L"dds", L"dds.dds", false, 2, Loads, Loads},
-        // Alone, the image is copied into part of a compressed texture of a power-of-two size, which Wine's
-        // copy gets wrong for a part that is not whole 4 x 4 blocks.
-        {L"dds-dxt1", L"dds-dxt1.dds", false, 24, MisdrawnByWine, Loads},
-        {L"dds-dxt5", L"dds-dxt5.dds", false, 24, MisdrawnByWine, Loads},
-    };
+    const Image images[] = {{L"png-rgb.png", false, 2, Loads, Loads},
+                            {L"png-rgba.png", false, 2, Loads, Loads},
+                            {L"png-palette.png", false, 2, Loads, Loads},
+                            {L"png-16bit.png", false, 2, Refused, Refused},
+                            {L"png-16bit-alpha.png", false, 2, Refused, Refused},
+                            {L"png-grey.png", true, 2, Loads, Loads},
+                            {L"png-grey-16bit.png", true, 2, Loads, Loads},
+                            {L"png-grey-alpha.png", true, 2, Loads, Loads},
+                            {L"png-interlaced.png", false, 2, Loads, Loads},
+                            {L"jpeg.jpg", false, 24, Loads, Loads},
+                            {L"jpeg-grey.jpg", true, 24, Loads, Loads},
+                            {L"jpeg-progressive.jpg", false, 24, Loads, Loads},
+                            {L"bmp-24bit.bmp", false, 2, Loads, Loads},
+                            {L"bmp-32bit.bmp", false, 2, Loads, Loads},
+                            {L"bmp-palette.bmp", false, 2, MisdrawnByWine, MisdrawnByWine},
+                            {L"tga.tga", false, 2, MisdrawnByWine, MisdrawnByWine},
+                            {L"tga-rle.tga", false, 2, MisdrawnByWine, MisdrawnByWine},
+                            {L"dds.dds", false, 2, Loads, Loads},
+                            {L"dds-dxt1.dds", false, 24, MisdrawnByWine, Loads},
+                            {L"dds-dxt5.dds", false, 24, MisdrawnByWine, Loads}};
     const D3DCOLOR colours[4] = {0xFF0000, 0x00FF00, 0x0000FF, 0xFFFFFF};
     const D3DCOLOR greys[4] = {0x000000, 0x404040, 0xBFBFBF, 0xFFFFFF};
     const POINT samples[4] = {{5, 5}, {30, 5}, {5, 18}, {30, 18}};
     for (const Image& image : images) {
-        SCOPED_TRACE(testing::Message() << image.name);
+        SCOPED_TRACE(testing::Message() << image.file);
         ZQ::ZQTexture alone(Device()), atlas(Device());
-        alone.Entry(L"whole", FieldImage(image.file).c_str(), false);
-        atlas.Entry((FieldImage(image.name) + L".te").c_str());
+        alone.Entry(L"whole", EnvFile(L"ZQ_FIELD_IMAGES", image.file).c_str(), false);
+        atlas.Entry(EnvFile(L"ZQ_FIELD_IMAGES", std::wstring(image.file, wcscspn(image.file, L".")) + L".te").c_str());
         for (ZQ::ZQTexture* texture : {&alone, &atlas}) {
             const bool inAtlas = texture == &atlas;
             SCOPED_TRACE(inAtlas ? "in an atlas" : "alone");
@@ -449,7 +405,8 @@ TEST(FieldImages, EveryFormatLoadsOrIsRefusedCleanlyAloneAndInAnAtlas) {
             int right = 0;
             for (int q = 0; q < 4; ++q) {
                 const D3DCOLOR expected = (image.grey ? greys : colours)[q];
-                right += Within(ColourAt(drawn, samples[q].x, samples[q].y), expected, image.tolerance);
+                right += twodtest::Near(ColourAt(drawn, samples[q].x, samples[q].y) | 0xFF000000, expected | 0xFF000000,
+                                        image.tolerance);
             }
             if (outcome == Loads)
                 EXPECT_EQ(right, 4) << "quadrants in their colours";
@@ -469,8 +426,8 @@ void CALLBACK KeepMessage(const wchar_t* message, void* context) {
 
 } // namespace
 
-// Every file a loader drops, every name it cannot find, says which and why on the message channel; the
-// Part's own texts are sent as they stand. Nothing else about the loaders changes.
+// Every file a loader drops, every name it cannot find, says which and why on the message channel.
+// Nothing else about the loaders changes.
 TEST(Messages, EachDropSaysTheFileAndTheReason) {
     const std::wstring folder = TempFolder();
     const Bytes junk = {'n', 'o', 't', ' ', 'a', ' ', 'f', 'i', 'l', 'e', ' ', 'o', 'f', ' ', 'i', 't', 's'};
@@ -490,7 +447,7 @@ TEST(Messages, EachDropSaysTheFileAndTheReason) {
         std::wstring says;
     };
     const Case cases[] = {
-        {[&] { sprite.Entry(L"photo", FieldImage(L"png-16bit.png").c_str(), false); },
+        {[&] { sprite.Entry(L"photo", EnvFile(L"ZQ_FIELD_IMAGES", L"png-16bit.png").c_str(), false); },
          L"png-16bit.png: the platform cannot decode it (a 16-bit PNG)"},
         {[&] { sprite.Entry(L"logo", L"no-such-logo.png", false); }, L"ZQTexture::Entry: no-such-logo.png: not found"},
         {[&] { sprite.Entry(badAtlas.c_str()); }, badAtlas + L" File Error"},

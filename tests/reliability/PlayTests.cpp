@@ -8,16 +8,11 @@
 
 #include <atomic>
 #include <cstdio>
+#include <memory>
 #include <thread>
 #include <vector>
 
 namespace {
-
-std::wstring Data(const wchar_t* name) {
-    wchar_t folder[MAX_PATH] = L"";
-    GetEnvironmentVariableW(L"ZQ_TEST_DATA", folder, MAX_PATH);
-    return std::wstring(folder) + L"\\" + name;
-}
 
 // A screen that holds device objects from create to destroy and counts its callbacks; a create
 // while created, or a reset while reset, is a broken pairing.
@@ -67,14 +62,14 @@ class PlayScene : public ZQ::ZQScene {
 public:
     HRESULT OnCreateDevice(IDirect3DDevice9* device, const D3DSURFACE_DESC*, void*) override {
         ++creates;
-        m_sprite = new ZQ::ZQSprite(device);
-        m_sprite->Entry(Data(L"sprites.te").c_str());
-        m_animate = new ZQ::ZQAnimate(m_sprite);
-        m_animate->Entry(Data(L"anim\\narrow.am").c_str());
-        m_player = new ZQ::ZQRenderSingle(m_animate);
+        m_sprite.reset(new ZQ::ZQSprite(device));
+        m_sprite->Entry(reliability::EnvFile(L"ZQ_TEST_DATA", L"sprites.te").c_str());
+        m_animate.reset(new ZQ::ZQAnimate(m_sprite.get()));
+        m_animate->Entry(reliability::EnvFile(L"ZQ_TEST_DATA", L"anim\\narrow.am").c_str());
+        m_player.reset(new ZQ::ZQRenderSingle(m_animate.get()));
         m_player->Entry(L"blink", D3DXVECTOR3(200, 40, 0), true, -1, true);
-        m_font = new ZQ::ZQFont(device);
-        m_dialog = new ZQ::ZQDialog(m_sprite, nullptr, nullptr);
+        m_font.reset(new ZQ::ZQFont(device));
+        m_dialog.reset(new ZQ::ZQDialog(m_sprite.get(), nullptr, nullptr));
         D3DXVECTOR3 button(120, 120, 0);
         m_dialog->AddButton(1, L"quad", L"quad", L"quad", L"quad", button, false);
         ZQ::ZQRect text(10, 200, 300, 230);
@@ -95,16 +90,11 @@ public:
         }
     }
     void OnDestroyDevice(void*) override {
-        delete m_dialog;
-        delete m_player;
-        delete m_animate;
-        delete m_font;
-        delete m_sprite;
-        m_dialog = nullptr;
-        m_player = nullptr;
-        m_animate = nullptr;
-        m_font = nullptr;
-        m_sprite = nullptr;
+        m_dialog.reset();
+        m_player.reset();
+        m_animate.reset();
+        m_font.reset();
+        m_sprite.reset();
     }
     // The frame that shuts down still moves, after the device objects are gone.
     void OnFrameMove(IDirect3DDevice9* device, double time, float elapsed, void* context) override {
@@ -129,11 +119,11 @@ public:
     void (*afterRender)(IDirect3DDevice9*) = nullptr;
 
 private:
-    ZQ::ZQSprite* m_sprite = nullptr;
-    ZQ::ZQAnimate* m_animate = nullptr;
-    ZQ::ZQRenderSingle* m_player = nullptr;
-    ZQ::ZQFont* m_font = nullptr;
-    ZQ::ZQDialog* m_dialog = nullptr;
+    std::unique_ptr<ZQ::ZQSprite> m_sprite;
+    std::unique_ptr<ZQ::ZQAnimate> m_animate;
+    std::unique_ptr<ZQ::ZQRenderSingle> m_player;
+    std::unique_ptr<ZQ::ZQFont> m_font;
+    std::unique_ptr<ZQ::ZQDialog> m_dialog;
 };
 
 frametest::TestApp* g_app;
@@ -245,8 +235,6 @@ TEST_F(PlayTest, ResetsAndResizesInThePlayKeepTheScreenDrawing) {
     app->Entry(L"Play", scene);
     app->Trans(L"Play");
     scene->afterRender = ReadBack;
-    static IDirect3DDevice9* device;
-    device = app->GetDevice();
     app->SetFrameMoveFunc([](IDirect3DDevice9*, double, float, void*) {
         const int frame = g_app->GetCurrentFrameNumber();
         reliability::g_doing = L"playing";
@@ -270,5 +258,4 @@ TEST_F(PlayTest, ResetsAndResizesInThePlayKeepTheScreenDrawing) {
     EXPECT_EQ(scene->losts, 5) << "four resets and the end";
     EXPECT_EQ(g_spritePixel, D3DCOLOR_XRGB(255, 0, 0)) << "the atlas's quadrant picture after the last reset";
     EXPECT_GT(g_textPixels, 50u) << "text drawn after the last reset";
-    (void)device;
 }

@@ -1,4 +1,5 @@
-// The reliability tests' probes: the process's memory as the system counts it, and a report of a crash.
+// The reliability tests' probes (the process's memory as the system counts it, a report of a crash) and the
+// paths of their files.
 #pragma once
 #include <ZQVelisto.h>
 
@@ -6,8 +7,19 @@
 
 #include <atomic>
 #include <cstdio>
+#include <string>
 
 namespace reliability {
+
+/// A file in the folder an environment variable names (a Unix path is taken as drive Z:), as a Windows path.
+inline std::wstring EnvFile(const wchar_t* variable, const std::wstring& name) {
+    wchar_t folder[MAX_PATH] = L"";
+    GetEnvironmentVariableW(variable, folder, MAX_PATH);
+    std::wstring path = (folder[0] == L'/' ? L"Z:" : L"") + std::wstring(folder) + L"\\" + name;
+    for (wchar_t& c : path)
+        c = c == L'/' ? L'\\' : c;
+    return path;
+}
 
 struct Memory {
     double workingSetMb, committedMb, peakCommittedMb;

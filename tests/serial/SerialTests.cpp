@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <set>
 #include <thread>
 #include <vector>
 
@@ -140,15 +141,12 @@ public:
         initThread = GetCurrentThreadId();
         ++inits;
     }
-    void OnClassSend(void* sender) override {
+    void OnClassSend(void* sender) override { Pass(sender, sendThread, sendPasses); }
+    void OnClassRecv(void* sender) override { Pass(sender, recvThread, recvPasses); }
+    void Pass(void* sender, std::atomic<DWORD>& thread, std::atomic<int>& passes) {
         if (sender == expected)
-            sendThread = GetCurrentThreadId();
-        ++sendPasses;
-    }
-    void OnClassRecv(void* sender) override {
-        if (sender == expected)
-            recvThread = GetCurrentThreadId();
-        ++recvPasses;
+            thread = GetCurrentThreadId();
+        ++passes;
     }
     void* expected = nullptr;
     void* initSender = nullptr;
@@ -179,11 +177,8 @@ TEST(ZQRS232, NotifiesOnOpenAndOnEveryPassOfBothThreadsUntilClose) {
     ASSERT_TRUE(WaitFor(recorder.sendPasses, 3));
     ASSERT_TRUE(WaitFor(recorder.recvPasses, 2));
     DWORD sendThread = recorder.sendThread, recvThread = recorder.recvThread;
-    EXPECT_NE(0u, sendThread);
-    EXPECT_NE(0u, recvThread);
-    EXPECT_NE(sendThread, recvThread);
-    EXPECT_NE(GetCurrentThreadId(), sendThread);
-    EXPECT_NE(GetCurrentThreadId(), recvThread);
+    EXPECT_EQ(std::set<DWORD>({0, GetCurrentThreadId(), sendThread, recvThread}).size(), 4u)
+        << "two threads of their own";
 
     HANDLE threads[2] = {OpenThread(SYNCHRONIZE, FALSE, sendThread), OpenThread(SYNCHRONIZE, FALSE, recvThread)};
     port.Close();
@@ -227,58 +222,43 @@ TEST(ZQRS232, BytesCrossTheLineInOrderBothWays) {
     EXPECT_EQ(0, port.recv(scrap));
 }
 
-TEST(ZQRS232, AMegabyteEachWayAt115200BaudAtOnce) {
-    const size_t size = 1 << 20;
-    Peer peer;
-    ASSERT_TRUE(peer.Ready());
-    ZQRS232 port;
-    ASSERT_TRUE(Open(port));
-    std::vector<unsigned char> toDevice = Pattern(size, 5), fromDevice = Pattern(size, 9);
-    std::vector<unsigned char> deviceGot;
-    std::thread deviceReads([&] { deviceGot = peer.Read(size); });
-    std::thread deviceWrites([&] { peer.Write(fromDevice.data(), size); });
-    for (size_t at = 0; at < size; at += 2048)
-        ASSERT_EQ(2048, port.send(toDevice.data() + at, 2048));
-    std::vector<unsigned char> got = Receive(port, size, nullptr, 120000);
-    deviceWrites.join();
-    deviceReads.join();
-    EXPECT_EQ(size, got.size());
-    EXPECT_TRUE(got == fromDevice) << "device to port lost or reordered bytes";
-    EXPECT_EQ(size, deviceGot.size());
-    EXPECT_TRUE(deviceGot == toDevice) << "port to device lost or reordered bytes";
-}
-
-// Many small chunks each way at once: every send is a chunk of its own (1 to 13 bytes) that the sender
-// writes alone, and the device answers in writes as small; the queues hand over 50,000 chunks a side
-// between the threads, and every byte arrives once, in order.
-TEST(ZQRS232, FiftyThousandSmallChunksEachWayKeepTheirOrder) {
-    Peer peer;
-    ASSERT_TRUE(peer.Ready());
-    ZQRS232 port;
-    ASSERT_TRUE(Open(port));
-    const int chunks = 50000;
-    std::vector<int> lengths(chunks);
-    size_t size = 0;
-    for (int i = 0; i < chunks; ++i)
-        size += lengths[i] = 1 + i % 13;
-    std::vector<unsigned char> toDevice = Pattern(size, 3), fromDevice = Pattern(size, 11);
-    std::vector<unsigned char> deviceGot;
-    std::thread deviceReads([&] { deviceGot = peer.Read(size); });
-    std::thread deviceWrites([&] {
+// Both ways at once, every byte arriving once and in order: a megabyte in chunks of 2048 bytes, and 50,000
+// small chunks (1 to 13 bytes) that the sender writes one by one while the device answers in writes as small.
+TEST(ZQRS232, BothWaysAtOnceEveryByteArrivesInOrder) {
+    struct Case {
+        const char* name;
+        int chunks;
+        int (*length)(int chunk);
+    } const cases[] = {
+        {"a megabyte in 2048-byte chunks", 512, [](int) { return 2048; }},
+        {"50,000 small chunks", 50000, [](int chunk) { return 1 + chunk % 13; }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        Peer peer;
+        ASSERT_TRUE(peer.Ready());
+        ZQRS232 port;
+        ASSERT_TRUE(Open(port));
+        size_t size = 0;
+        for (int i = 0; i < c.chunks; ++i)
+            size += static_cast<size_t>(c.length(i));
+        std::vector<unsigned char> toDevice = Pattern(size, 3), fromDevice = Pattern(size, 11);
+        std::vector<unsigned char> deviceGot;
+        std::thread deviceReads([&] { deviceGot = peer.Read(size); });
+        std::thread deviceWrites([&] {
+            size_t at = 0;
+            for (int i = 0; i < c.chunks; at += static_cast<size_t>(c.length(i++)))
+                peer.Write(fromDevice.data() + at, static_cast<size_t>(c.length(i)));
+        });
         size_t at = 0;
-        for (int i = 0; i < chunks; at += lengths[i++])
-            peer.Write(fromDevice.data() + at, static_cast<size_t>(lengths[i]));
-    });
-    size_t at = 0;
-    int refused = 0;
-    for (int i = 0; i < chunks; at += lengths[i++])
-        refused += port.send(toDevice.data() + at, lengths[i]) != lengths[i];
-    std::vector<unsigned char> got = Receive(port, size, nullptr, 120000);
-    deviceWrites.join();
-    deviceReads.join();
-    EXPECT_EQ(refused, 0);
-    EXPECT_EQ(size, got.size());
-    EXPECT_TRUE(got == fromDevice) << "device to port lost or reordered bytes";
-    EXPECT_EQ(size, deviceGot.size());
-    EXPECT_TRUE(deviceGot == toDevice) << "port to device lost or reordered bytes";
+        int refused = 0;
+        for (int i = 0; i < c.chunks; at += static_cast<size_t>(c.length(i++)))
+            refused += port.send(toDevice.data() + at, c.length(i)) != c.length(i);
+        std::vector<unsigned char> got = Receive(port, size, nullptr, 120000);
+        deviceWrites.join();
+        deviceReads.join();
+        EXPECT_EQ(refused, 0);
+        EXPECT_TRUE(got == fromDevice) << "device to port lost or reordered bytes: " << got.size() << " of " << size;
+        EXPECT_TRUE(deviceGot == toDevice) << "port to device lost or reordered bytes: " << deviceGot.size();
+    }
 }

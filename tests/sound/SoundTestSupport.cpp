@@ -20,14 +20,15 @@ std::wstring WindowsPath(const wchar_t* variable) {
 
 } // namespace
 
-std::wstring Data(const wchar_t* name) { return WindowsPath(L"ZQ_TEST_SOUNDS") + L"\\" + name; }
+std::wstring Data(const wchar_t* name) {
+    return WindowsPath(L"ZQ_TEST_SOUNDS") + L"\\" + name;
+}
 
 std::vector<unsigned char> ReadAll(const std::wstring& path) {
     std::vector<unsigned char> bytes;
     if (FILE* file = _wfopen(path.c_str(), L"rb")) {
         unsigned char buffer[65536];
-        size_t read;
-        while ((read = fread(buffer, 1, sizeof buffer, file)) > 0)
+        for (size_t read; (read = fread(buffer, 1, sizeof buffer, file)) > 0;)
             bytes.insert(bytes.end(), buffer, buffer + read);
         fclose(file);
     }
@@ -71,6 +72,12 @@ Tone FindTone(const short* samples, size_t count, size_t step, double rate) {
     if (crossings > 1)
         tone.frequency = (crossings - 1) * rate / (lastCrossing - firstCrossing);
     return tone;
+}
+
+DWORD Position(IDirectSoundBuffer* buffer) {
+    DWORD play = 0, write = 0;
+    buffer->GetCurrentPosition(&play, &write);
+    return play;
 }
 
 std::vector<short> Captured() {
