@@ -19,18 +19,23 @@ using ZQ::_3D::ZQ3DRenderSingle;
 namespace {
 
 const float kRoot = 0.70710678f;
+const D3DXVECTOR3 kOrigin(0, 0, 0);
 
-// Draws under a camera at the origin looking along +z; after runs once the camera has ended.
-void Draw(const std::function<void()>& draw, const std::function<void()>& after = nullptr) {
+// Draws the players, advanced by elapsed, under a camera at the origin looking along +z; then, after the
+// camera has ended, after.
+template <typename... Players> void DrawThen(const std::function<void()>& after, float elapsed, Players&... players) {
     Device()->Clear(0, nullptr, D3DCLEAR_TARGET | D3DCLEAR_ZBUFFER, 0, 1.0f, 0);
     Device()->BeginScene();
     ZQ3DCamera camera(Device());
     camera.BeginScene(0.0f);
-    draw();
+    (players.OnFrameRender(Device(), 0.0, elapsed, nullptr), ...);
     camera.EndScene();
     if (after)
         after();
     EndFrame();
+}
+template <typename... Players> void Draw(float elapsed, Players&... players) {
+    DrawThen(nullptr, elapsed, players...);
 }
 
 // Where a world point lands on the screen, under the camera Draw uses.
@@ -58,6 +63,20 @@ D3DXVECTOR3 Origin(ZQ3DRenderSingle& player, const wchar_t* frame) {
     return D3DXVECTOR3(m._41, m._42, m._43);
 }
 
+void ExpectNear(const D3DXVECTOR3& actual, const D3DXVECTOR3& expected, const std::string& what) {
+    EXPECT_NEAR(actual.x, expected.x, 1e-4f) << what;
+    EXPECT_NEAR(actual.y, expected.y, 1e-4f) << what;
+    EXPECT_NEAR(actual.z, expected.z, 1e-4f) << what;
+}
+
+// The forearm's place and size, the pose a user sees.
+void ExpectForearm(ZQ3DRenderSingle& arm, const D3DXVECTOR3& place, float scale, const char* what) {
+    ExpectNear(Origin(arm, L"Forearm"), place, what);
+    D3DXMATRIX m;
+    arm.GetFrameMatrix(L"forearm", &m);
+    EXPECT_NEAR(D3DXVec3Length(reinterpret_cast<D3DXVECTOR3*>(&m._11)), scale, 1e-4f) << what;
+}
+
 // One store for the program, with every model the tests draw.
 class Models : public ::testing::Test {
 protected:
@@ -74,79 +93,62 @@ protected:
 
 ZQ3DObject* Models::store = nullptr;
 
-void ExpectNear(const D3DXVECTOR3& actual, const D3DXVECTOR3& expected, const std::string& what) {
-    EXPECT_NEAR(actual.x, expected.x, 1e-4f) << what;
-    EXPECT_NEAR(actual.y, expected.y, 1e-4f) << what;
-    EXPECT_NEAR(actual.z, expected.z, 1e-4f) << what;
-}
-
 } // namespace
 
 // arm.x: Arm at (1, 0, 0) with Forearm 2 above it. "Wave" (100 ticks a second, 1 s) turns Arm 90° about z
 // while moving it to (3, 0, 0) and swells Forearm to twice its size at 0.5 s; "Slide" (2 s) moves Arm up
 // by 4 through matrix keys; "Late" has its keys written out of order.
 TEST_F(Models, PosesAtTimesMatchHandComputedMatrices) {
-    struct Case {
-        const char* what;
-        std::function<void(ZQ3DRenderSingle&)> run;
-        D3DXVECTOR3 forearm;
-        float forearmScale;
-    };
     const float s45 = kRoot * 2.0f; // the forearm's offset of 2 turned by 45°: (-s45, s45)
-    const Case cases[] = {
-        {"rest pose", [](ZQ3DRenderSingle&) {}, {1, 2, 0}, 1},
-        {"rotation, position and scale keys halfway",
-         [](ZQ3DRenderSingle& p) { p.Play(L"Wave", 1, 0), Advance(p, 0.5f); },
-         {2 - s45, s45, 0},
-         2},
-        {"played once: the last key's pose is held",
-         [](ZQ3DRenderSingle& p) { p.Play(L"Wave", 1, 0), Advance(p, 5.0f); },
-         {1, 0, 0},
-         1},
-        {"looped: 1.25 s is 0.25 s",
-         [](ZQ3DRenderSingle& p) { p.Play(L"Wave", -1, 0), Advance(p, 1.25f); },
-         {1.5f - 2 * std::sin(0.3926991f), 2 * std::cos(0.3926991f), 0},
-         1.5f},
-        {"speed 2: 0.25 s is 0.5 s",
-         [](ZQ3DRenderSingle& p) { p.Play(L"Wave", 1, 0), p.SetSpeed(2), Advance(p, 0.25f); },
-         {2 - s45, s45, 0},
-         2},
-        {"matrix keys", [](ZQ3DRenderSingle& p) { p.Play(L"Slide", 1, 0), Advance(p, 1.0f); }, {1, 4, 0}, 1},
-        {"keys out of order are sorted",
-         [](ZQ3DRenderSingle& p) { p.Play(L"Late", 1, 0), Advance(p, 0.5f); },
-         {3, 2, 0},
-         1},
+    const float s22 = 2 * std::sin(0.3926991f), c22 = 2 * std::cos(0.3926991f);
+    // blendTo: played with a blend of 1 s after seconds, then seconds more.
+    const struct {
+        const char* what;
+        const wchar_t* animation;
+        int loops;
+        float speed, seconds;
+        const wchar_t* blendTo;
+        D3DXVECTOR3 forearm;
+        float scale;
+    } cases[] = {
+        {"rest pose", nullptr, 0, 1, 0, nullptr, {1, 2, 0}, 1},
+        {"rotation, position and scale keys halfway", L"Wave", 1, 1, 0.5f, nullptr, {2 - s45, s45, 0}, 2},
+        {"played once: the last key's pose is held", L"Wave", 1, 1, 5, nullptr, {1, 0, 0}, 1},
+        {"looped: 1.25 s is 0.25 s", L"Wave", -1, 1, 1.25f, nullptr, {1.5f - s22, c22, 0}, 1.5f},
+        {"speed 2: 0.25 s is 0.5 s", L"Wave", 1, 2, 0.25f, nullptr, {2 - s45, s45, 0}, 2},
+        {"matrix keys", L"Slide", 1, 1, 1, nullptr, {1, 4, 0}, 1},
+        {"keys out of order are sorted", L"Late", 1, 1, 0.5f, nullptr, {3, 2, 0}, 1},
         // Wave ends (R90, at (3, 0, 0)) while Slide reaches (1, 1, 0); halfway: R45 at (2, 0.5, 0).
-        {"blend halfway from the previous animation, which keeps running",
-         [](ZQ3DRenderSingle& p) {
-             p.Play(L"Wave", 1, 0), Advance(p, 0.5f), p.Play(L"Slide", -1, 1.0f), Advance(p, 0.5f);
-         },
-         {2 - s45, 0.5f + s45, 0},
-         1},
-        {"placement: moved, turned a quarter about y and scaled by 2",
-         [](ZQ3DRenderSingle& p) { p.SetMove(D3DXVECTOR3(0, 0, 10)), p.SetRotation(D3DX_PI / 2, 0, 0), p.SetScale(2); },
-         {0, 4, 8},
-         2},
+        {"blend halfway from Wave, which keeps running", L"Wave", 1, 1, 0.5f, L"Slide", {2 - s45, 0.5f + s45, 0}, 1},
     };
-    for (const Case& c : cases) {
-        ZQ3DRenderSingle player(store);
-        ASSERT_TRUE(player.Entry(L"ARM", D3DXVECTOR3(0, 0, 0))) << "names are case-insensitive";
-        c.run(player);
-        ExpectNear(Origin(player, L"Forearm"), c.forearm, c.what);
-        D3DXMATRIX m;
-        player.GetFrameMatrix(L"forearm", &m);
-        EXPECT_NEAR(D3DXVec3Length(reinterpret_cast<D3DXVECTOR3*>(&m._11)), c.forearmScale, 1e-4f) << c.what;
+    for (const auto& c : cases) {
+        ZQ3DRenderSingle arm(store);
+        ASSERT_TRUE(arm.Entry(L"ARM", kOrigin)) << "names are case-insensitive";
+        if (c.animation) {
+            arm.Play(c.animation, c.loops, 0);
+            arm.SetSpeed(c.speed);
+            Advance(arm, c.seconds);
+        }
+        if (c.blendTo) {
+            arm.Play(c.blendTo, -1, 1.0f);
+            Advance(arm, c.seconds);
+        }
+        ExpectForearm(arm, c.forearm, c.scale, c.what);
     }
+    ZQ3DRenderSingle placed(store);
+    placed.Entry(L"arm", kOrigin);
+    placed.SetMove(D3DXVECTOR3(0, 0, 10));
+    placed.SetRotation(D3DX_PI / 2, 0, 0);
+    placed.SetScale(2);
+    ExpectForearm(placed, {0, 4, 8}, 2, "placement: moved, turned a quarter about y and scaled by 2");
 }
 
 TEST_F(Models, PlayersRefuseWhatTheyDoNotKnowAndChangeNothing) {
     ZQ3DRenderSingle player(store);
-    EXPECT_TRUE(player.empty());
     EXPECT_FALSE(player.Play(L"Wave", 1, 0)) << "no model placed";
-    EXPECT_FALSE(player.Entry(L"no such model", D3DXVECTOR3(0, 0, 0)));
+    EXPECT_FALSE(player.Entry(L"no such model", kOrigin));
     EXPECT_TRUE(player.empty());
-    ASSERT_TRUE(player.Entry(L"arm", D3DXVECTOR3(0, 0, 0)));
-    EXPECT_FALSE(player.empty()) << "a model in its rest pose is placed";
+    ASSERT_TRUE(player.Entry(L"arm", kOrigin));
     ASSERT_TRUE(player.Play(L"wave", 1, 0));
     Advance(player, 0.5f);
     EXPECT_FALSE(player.Play(L"Dance", 1, 0));
@@ -158,66 +160,58 @@ TEST_F(Models, PlayersRefuseWhatTheyDoNotKnowAndChangeNothing) {
     EXPECT_TRUE(player.IsFinished());
     EXPECT_FLOAT_EQ(store->GetAnimationLength(L"arm", L"Slide"), 2.0f);
     EXPECT_EQ(store->GetAnimationLength(L"arm", L"Dance"), -1.0f);
-    player.clear();
-    EXPECT_TRUE(player.empty());
-    EXPECT_EQ(store->Trans(L"no such model"), nullptr);
     EXPECT_FALSE(store->Entry(L"missing", L"no-such-file.x"));
     EXPECT_EQ(store->Trans(L"missing"), nullptr);
 
     ZQ3DRenderMulti multi(store);
-    EXPECT_FALSE(multi.Entry(L"arm", D3DXVECTOR3(0, 0, 0), L"Dance", 1));
-    EXPECT_FALSE(multi.Entry(L"nothing", D3DXVECTOR3(0, 0, 0), nullptr, 1));
-    EXPECT_TRUE(multi.empty());
-    EXPECT_TRUE(multi.Entry(L"arm", D3DXVECTOR3(0, 0, 0), L"Wave", 1));
-    EXPECT_TRUE(multi.Entry(L"arm", D3DXVECTOR3(0, 0, 0), nullptr, 0));
+    const struct {
+        const wchar_t *model, *animation;
+        bool accepted;
+    } entries[] = {
+        {L"arm", L"Dance", false}, {L"nothing", nullptr, false}, {L"arm", L"Wave", true}, {L"arm", nullptr, true}};
+    for (const auto& e : entries)
+        EXPECT_EQ(multi.Entry(e.model, kOrigin, e.animation, 1), e.accepted);
     multi.OnFrameRender(nullptr, 0.0, 3.0f, nullptr);
     EXPECT_EQ(multi.size(), 2u) << "finished instances stay in their last pose";
 }
 
-TEST_F(Models, TextAndBinaryFormsGiveTheSamePoses) {
-    for (const wchar_t* pair : {L"arm", L"skin"}) {
-        const std::wstring binary = std::wstring(pair) + L"-bin";
-        ZQ::_3D::_ZQ3DObjectChunk_tag* text = store->Trans(pair);
-        ZQ::_3D::_ZQ3DObjectChunk_tag* bin = store->Trans(binary.c_str());
-        ASSERT_TRUE(text && bin);
-        EXPECT_EQ(text->frames, bin->frames);
-        EXPECT_EQ(text->vertices, bin->vertices);
-        EXPECT_EQ(text->triangles, bin->triangles);
-        EXPECT_EQ(text->bones, bin->bones);
-        EXPECT_EQ(text->animations, bin->animations);
+TEST_F(Models, TextAndBinaryFormsGiveTheSameModelsAndPoses) {
+    const struct {
+        const wchar_t *text, *binary, *animation, *frame;
+    } pairs[] = {{L"arm", L"arm-bin", L"Wave", L"Forearm"},
+                 {L"skin", L"skin-bin", L"Bend", L"Bone1"},
+                 {L"box", L"box-bin64", nullptr, nullptr}}; // 64-bit floats
+    for (const auto& pair : pairs) {
+        SCOPED_TRACE(testing::Message() << pair.binary);
+        const ZQ::_3D::_ZQ3DObjectChunk_tag *text = store->Trans(pair.text), *binary = store->Trans(pair.binary);
+        ASSERT_TRUE(text && binary);
+        EXPECT_TRUE(text->vertices == binary->vertices && text->triangles == binary->triangles);
+        if (!pair.animation)
+            continue;
         ZQ3DRenderSingle a(store), b(store);
-        a.Entry(pair, D3DXVECTOR3(0, 0, 0));
-        b.Entry(binary.c_str(), D3DXVECTOR3(0, 0, 0));
-        const wchar_t* animation = text->bones ? L"Bend" : L"Wave";
-        a.Play(animation, -1, 0);
-        b.Play(animation, -1, 0);
+        a.Entry(pair.text, kOrigin);
+        b.Entry(pair.binary, kOrigin);
+        a.Play(pair.animation, -1, 0);
+        b.Play(pair.animation, -1, 0);
         for (int step = 0; step < 5; ++step) {
             Advance(a, 0.17f);
             Advance(b, 0.17f);
-            for (const wchar_t* frame : {L"Forearm", L"Bone1"}) {
-                D3DXMATRIX ma, mb;
-                if (!a.GetFrameMatrix(frame, &ma))
-                    continue;
-                ASSERT_TRUE(b.GetFrameMatrix(frame, &mb));
-                for (int i = 0; i < 16; ++i)
-                    EXPECT_NEAR(ma[i], mb[i], 1e-5f);
-            }
+            D3DXMATRIX ma, mb;
+            ASSERT_TRUE(a.GetFrameMatrix(pair.frame, &ma) && b.GetFrameMatrix(pair.frame, &mb));
+            for (int i = 0; i < 16; ++i)
+                EXPECT_NEAR(ma[i], mb[i], 1e-5f);
         }
     }
-    EXPECT_EQ(store->Trans(L"box-bin64")->triangles, store->Trans(L"box")->triangles) << "64-bit floats";
 }
 
 TEST_F(Models, LongNamesAndThreeHundredChildrenLoad) {
     ZQ3DRenderSingle player(store);
-    const std::wstring longName = L"Frame_" + std::wstring(54, L'x');
-    ASSERT_TRUE(player.Entry(L"long-names", D3DXVECTOR3(0, 0, 0)));
+    ASSERT_TRUE(player.Entry(L"long-names", kOrigin));
     ASSERT_TRUE(player.Play(L"Move", 1, 0)) << "the animation names its frame by all 60 characters";
     Advance(player, 0.5f);
-    ExpectNear(Origin(player, longName.c_str()), {0, 0.5f, 0}, "the long-named frame animated");
-
-    EXPECT_EQ(store->Trans(L"wide")->frames, 302u) << "the root, Hub and its 300 children";
-    ASSERT_TRUE(player.Entry(L"wide", D3DXVECTOR3(0, 0, 0)));
-    ExpectNear(Origin(player, L"Child299"), {2.99f, 0, 0}, "the last child");
+    ExpectNear(Origin(player, (L"Frame_" + std::wstring(54, L'x')).c_str()), {0, 0.5f, 0}, "the long-named frame");
+    ASSERT_TRUE(player.Entry(L"wide", kOrigin));
+    ExpectNear(Origin(player, L"Child299"), {2.99f, 0, 0}, "the last of Hub's 300 children");
 }
 
 // box.x is a red cube of side 2, textured-box.x the same cube with a green texture.
@@ -232,31 +226,27 @@ TEST_F(Models, DrawnModelsShowTheirMaterialAndTextureAndSpritesAfterThemAreUncha
         D3DXCOLOR white(1, 1, 1, 1);
         ASSERT_NE(sprite.Render(L"ribbon", at, white, 0), nullptr);
     };
+    auto spritePixels = [] {
+        std::vector<D3DCOLOR> pixels;
+        for (int y = 8; y < 28; ++y)
+            for (int x = 8; x < 28; ++x)
+                pixels.push_back(BackBufferPixel(x, y));
+        return pixels;
+    };
     BeginFrame();
     drawSprite();
     EndFrame();
-    std::vector<D3DCOLOR> alone;
-    for (int y = 8; y < 28; ++y)
-        for (int x = 8; x < 28; ++x)
-            alone.push_back(BackBufferPixel(x, y));
+    const std::vector<D3DCOLOR> alone = spritePixels();
 
-    Draw([&] {
-        red.OnFrameRender(Device(), 0.0, 0.0f, nullptr);
-        green.OnFrameRender(Device(), 0.0, 0.0f, nullptr);
-    });
+    Draw(0.0f, red, green);
     const POINT r = Screen(D3DXVECTOR3(-1.5f, 0, 5)), g = Screen(D3DXVECTOR3(1.5f, 0, 5));
     const D3DCOLOR redPixel = BackBufferPixel(r.x, r.y), greenPixel = BackBufferPixel(g.x, g.y);
-    EXPECT_GT(redPixel >> 16 & 0xFF, 200u) << std::hex << redPixel;
-    EXPECT_LT(redPixel & 0xFFFF, 0x2020u) << std::hex << redPixel;
-    EXPECT_GT(greenPixel >> 8 & 0xFF, 200u) << std::hex << greenPixel;
-    EXPECT_LT(greenPixel >> 16 & 0xFF, 0x20u) << std::hex << greenPixel;
+    EXPECT_TRUE((redPixel >> 16 & 0xFF) > 200 && (redPixel & 0xFFFF) < 0x2020) << std::hex << redPixel;
+    EXPECT_TRUE((greenPixel >> 8 & 0xFF) > 200 && (greenPixel >> 16 & 0xFF) < 0x20) << std::hex << greenPixel;
     EXPECT_EQ(BackBufferPixel(160, 10) & 0xFFFFFF, 0u) << "nothing above the boxes";
 
-    Draw([&] { red.OnFrameRender(Device(), 0.0, 0.0f, nullptr); }, drawSprite);
-    size_t i = 0;
-    for (int y = 8; y < 28; ++y)
-        for (int x = 8; x < 28; ++x, ++i)
-            ASSERT_EQ(BackBufferPixel(x, y), alone[i]) << "sprite pixel " << x << ", " << y << " after a model";
+    DrawThen(drawSprite, 0.0f, red);
+    EXPECT_TRUE(spritePixels() == alone) << "the sprite's pixels after a model";
 }
 
 // skin.x: a bar from y 0 to 2 whose upper half follows Bone1; "Bend" turns Bone1 90° about z, so the
@@ -264,13 +254,13 @@ TEST_F(Models, DrawnModelsShowTheirMaterialAndTextureAndSpritesAfterThemAreUncha
 TEST_F(Models, SkinnedMeshIsDeformedByItsBones) {
     ZQ3DRenderSingle bar(store);
     ASSERT_TRUE(bar.Entry(L"skin", D3DXVECTOR3(0, -1, 5)));
-    Draw([&] { bar.OnFrameRender(Device(), 0.0, 0.0f, nullptr); });
+    Draw(0.0f, bar);
     const POINT top = Screen(D3DXVECTOR3(0, 0.8f, 4.8f)), bent = Screen(D3DXVECTOR3(-0.8f, 0, 4.8f));
     EXPECT_NE(BackBufferPixel(top.x, top.y) & 0xFFFFFF, 0u) << "the upright top";
     EXPECT_EQ(BackBufferPixel(bent.x, bent.y) & 0xFFFFFF, 0u);
 
     bar.Play(L"Bend", 1, 0);
-    Draw([&] { bar.OnFrameRender(Device(), 0.0, 1.0f, nullptr); });
+    Draw(1.0f, bar);
     EXPECT_EQ(BackBufferPixel(top.x, top.y) & 0xFFFFFF, 0u) << "the top has bent away";
     EXPECT_NE(BackBufferPixel(bent.x, bent.y) & 0xFFFFFF, 0u) << "to the left";
     float distance = 0;
@@ -281,7 +271,7 @@ TEST_F(Models, SkinnedMeshIsDeformedByItsBones) {
 TEST_F(Models, PickingFindsTheModelAndTheInstanceUnderAPoint) {
     ZQ3DRenderSingle box(store);
     box.Entry(L"box", D3DXVECTOR3(0, 0, 5));
-    Draw([&] { box.OnFrameRender(Device(), 0.0, 0.0f, nullptr); });
+    Draw(0.0f, box);
     float distance = 0;
     ASSERT_TRUE(box.HitTest(Device(), 160, 120, &distance));
     EXPECT_NEAR(distance, 3.9f, 0.01f) << "from the near plane (0.1) to the front face (z 4)";
@@ -290,7 +280,7 @@ TEST_F(Models, PickingFindsTheModelAndTheInstanceUnderAPoint) {
     ZQ3DRenderMulti multi(store);
     multi.Entry(L"box", D3DXVECTOR3(-2, 0, 6), nullptr, 0);
     multi.Entry(L"arm", D3DXVECTOR3(2, 0, 6), L"Wave", -1);
-    Draw([&] { multi.OnFrameRender(Device(), 0.0, 0.1f, nullptr); });
+    Draw(0.1f, multi);
     const POINT left = Screen(D3DXVECTOR3(-2, 0, 5)), arm = Screen(D3DXVECTOR3(3.2f, 0, 6));
     EXPECT_EQ(multi.HitTest(Device(), left.x, left.y, &distance), 0);
     EXPECT_EQ(multi.HitTest(Device(), arm.x, arm.y, &distance), 1);
@@ -307,45 +297,35 @@ TEST_F(Models, ModelsDrawAsBeforeAfterADeviceReset) {
         return static_cast<ZQ3DObject*>(context)->OnResetDevice(device, desc, context);
     });
     app->SetDeviceResetFuncUserContext(store);
-    std::vector<D3DCOLOR> seen;
+    Draw(0.0f, box);
+    const D3DCOLOR before = BackBufferPixel(160, 120);
     for (int size : {400, 320}) {
-        Draw([&] { box.OnFrameRender(Device(), 0.0, 0.0f, nullptr); });
-        seen.push_back(BackBufferPixel(160, 120));
         Resize(size, size * 3 / 4);
+        Draw(0.0f, box);
     }
     app->SetDeviceLostFunc(nullptr);
     app->SetDeviceResetFunc(nullptr);
-    Draw([&] { box.OnFrameRender(Device(), 0.0, 0.0f, nullptr); });
-    EXPECT_GT(seen[0] >> 8 & 0xFF, 200u);
-    EXPECT_EQ(BackBufferPixel(160, 120), seen[0]) << "after two resets";
+    EXPECT_GT(before >> 8 & 0xFF, 200u);
+    EXPECT_EQ(BackBufferPixel(160, 120), before) << "after two resets";
 }
 
 TEST_F(Models, ModelsLoadOnAWorkerWhileTheMainThreadDraws) {
-    struct Work {
-        ZQ3DObject* store;
-        int loaded = 0;
-    } work{store};
     HANDLE thread = CreateThread(
         nullptr, 0,
-        [](void* context) -> DWORD {
-            Work* w = static_cast<Work*>(context);
+        [](void* models) -> DWORD {
             for (int i = 0; i < 40; ++i)
-                w->loaded += w->store->Entry((L"worker" + std::to_wstring(i)).c_str(),
-                                             Data(i % 2 ? L"skin-bin.x" : L"arm.x").c_str());
+                static_cast<ZQ3DObject*>(models)->Entry((L"worker" + std::to_wstring(i)).c_str(),
+                                                        Data(i % 2 ? L"skin-bin.x" : L"arm.x").c_str());
             return 0;
         },
-        &work, 0, nullptr);
+        store, 0, nullptr);
     ASSERT_NE(thread, nullptr);
     ZQ3DRenderMulti multi(store);
     multi.Entry(L"skin", D3DXVECTOR3(0, -1, 6), L"Bend", -1);
     multi.Entry(L"arm", D3DXVECTOR3(1, 0, 6), L"Wave", -1);
-    int frames = 0;
-    while (WaitForSingleObject(thread, 0) == WAIT_TIMEOUT || frames < 10) {
-        Draw([&] { multi.OnFrameRender(Device(), 0.0, 0.05f, nullptr); });
-        ++frames;
-    }
+    for (int frames = 0; WaitForSingleObject(thread, 0) == WAIT_TIMEOUT || frames < 10; ++frames)
+        Draw(0.05f, multi);
     CloseHandle(thread);
-    EXPECT_EQ(work.loaded, 40);
     for (int i = 0; i < 40; ++i)
         EXPECT_NE(store->Trans((L"worker" + std::to_wstring(i)).c_str()), nullptr) << i;
 }
@@ -364,17 +344,13 @@ TEST(ModelFiles, HostileFilesAreRefusedOrLoadedSoundlyAndNeverCrash) {
         if (ok) {
             // Whatever loads can be posed, drawn and picked.
             ZQ3DRenderMulti players(&store);
-            ZQ::_3D::_ZQ3DObjectChunk_tag* chunk = store.Trans(name.c_str());
-            ASSERT_NE(chunk, nullptr);
-            players.Entry(name.c_str(), D3DXVECTOR3(0, 0, 5), nullptr, 0);
-            Draw([&] { players.OnFrameRender(Device(), 0.0, 0.3f, nullptr); });
+            EXPECT_TRUE(players.Entry(name.c_str(), D3DXVECTOR3(0, 0, 5), nullptr, 0));
+            Draw(0.3f, players);
             float distance;
             players.HitTest(Device(), 160, 120, &distance);
         }
-        if (name.rfind(L"broken-index", 0) == 0 || name.rfind(L"broken-truncated", 0) == 0 ||
-            name.rfind(L"broken-compressed", 0) == 0) {
-            EXPECT_FALSE(ok) << std::string(name.begin(), name.end());
-        }
+        for (const wchar_t* broken : {L"broken-index", L"broken-truncated", L"broken-compressed"})
+            EXPECT_FALSE(ok && name.rfind(broken, 0) == 0) << "refused: " << std::string(name.begin(), name.end());
     } while (FindNextFileW(search, &found));
     FindClose(search);
     EXPECT_GT(files, 20);
