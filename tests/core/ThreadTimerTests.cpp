@@ -103,6 +103,8 @@ TEST(ZQThread, RunsTheJobOnceAndReportsProgressUntilFinished) {
     job.Start(nullptr);
     Sleep(50);
     EXPECT_EQ(job.log, "job:42 finished ") << "a job runs once";
+    job.ZQThread::OnThreadFinish(nullptr); // the default does nothing
+    EXPECT_EQ(job.log, "job:42 finished ");
     DestroyWindow(window);
 }
 

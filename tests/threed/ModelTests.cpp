@@ -162,8 +162,11 @@ TEST_F(Models, PlayersRefuseWhatTheyDoNotKnowAndChangeNothing) {
     EXPECT_EQ(store->GetAnimationLength(L"arm", L"Dance"), -1.0f);
     EXPECT_FALSE(store->Entry(L"missing", L"no-such-file.x"));
     EXPECT_EQ(store->Trans(L"missing"), nullptr);
+    player.clear();
+    EXPECT_TRUE(player.empty());
 
     ZQ3DRenderMulti multi(store);
+    EXPECT_TRUE(multi.empty());
     const struct {
         const wchar_t *model, *animation;
         bool accepted;
