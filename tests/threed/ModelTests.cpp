@@ -169,11 +169,14 @@ TEST_F(Models, PlayersRefuseWhatTheyDoNotKnowAndChangeNothing) {
     EXPECT_TRUE(multi.empty());
     const struct {
         const wchar_t *model, *animation;
+        int loops;
         bool accepted;
-    } entries[] = {
-        {L"arm", L"Dance", false}, {L"nothing", nullptr, false}, {L"arm", L"Wave", true}, {L"arm", nullptr, true}};
+    } entries[] = {{L"arm", L"Dance", 1, false},
+                   {L"nothing", nullptr, 1, false},
+                   {L"arm", L"Wave", 1, true},
+                   {L"arm", nullptr, 0, true}};
     for (const auto& e : entries)
-        EXPECT_EQ(multi.Entry(e.model, kOrigin, e.animation, 1), e.accepted);
+        EXPECT_EQ(multi.Entry(e.model, kOrigin, e.animation, e.loops), e.accepted);
     multi.OnFrameRender(nullptr, 0.0, 3.0f, nullptr);
     EXPECT_EQ(multi.size(), 2u) << "finished instances stay in their last pose";
 }
