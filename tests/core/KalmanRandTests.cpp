@@ -24,16 +24,15 @@ TEST(ZQKalman, UpdateRule) {
     EXPECT_DOUBLE_EQ(certain.GetSpread(), 4.0) << "P x R = 0: D itself";
 }
 
-TEST(ZQRand, EqualEndsReturnWithoutDrawing) {
+// Equal ends return without drawing; a span is measured from the first end, in either direction.
+TEST(ZQRand, EqualEndsAndSpansFromTheFirstEnd) {
     std::srand(1);
     const int first = std::rand();
     std::srand(1);
     EXPECT_EQ(ZQRand(5, 5), 5);
     EXPECT_EQ(ZQRand(2.5f, 2.5f), 2.5f);
     EXPECT_EQ(std::rand(), first) << "rand() was not called";
-}
 
-TEST(ZQRand, SpansAreMeasuredFromTheFirstEnd) {
     bool seenLow = false, seenHigh = false;
     for (int i = 0; i < 20000; ++i) {
         const int up = ZQRand(3, 7);

@@ -67,7 +67,8 @@ TEST(ZQRect, BinaryArithmeticAndEqualityLeaveTheCopyAlone) {
     EXPECT_TRUE(ZQRect::lerp(a, ZQRect(0.0f, 0.0f, 1.0f, 1.0f), 0.5f) == a);
 }
 
-TEST(ZQRect, PointTestsIncludeTheEdges) {
+// Points on the edges are inside; rectangles overlap when a corner of one lies in the other.
+TEST(ZQRect, OverlapIncludesTheEdgesAndGoesByCorners) {
     ZQRect r(0.0f, 0.0f, 100.0f, 50.0f);
     EXPECT_TRUE(r.isOverlap(100, 50));
     EXPECT_TRUE(r.isOverlap(0, 0));
@@ -75,9 +76,7 @@ TEST(ZQRect, PointTestsIncludeTheEdges) {
     EXPECT_FALSE(r.isOverlap(100.01f, 25.0f));
     EXPECT_TRUE(r.isOverlap(D3DXVECTOR2(99.5f, 49.5f)));
     EXPECT_FALSE(r.isOverlap(D3DXVECTOR2(-0.5f, 10.0f)));
-}
 
-TEST(ZQRect, RectanglesOverlapByCorners) {
     const ZQRect horizontal(0.0f, 40.0f, 100.0f, 60.0f);
     const ZQRect vertical(40.0f, 0.0f, 60.0f, 100.0f);
     EXPECT_FALSE(horizontal.isOverlap(vertical)) << "a cross has no corner inside the other";

@@ -138,6 +138,9 @@ TEST(ZQTimer, ANewTimerIsPausedAtTheCounterOriginAndStepsWithAdvance) {
     EXPECT_GE(timer.GetTime(), counterSeconds) << "measured from counter 0";
     EXPECT_LT(timer.GetTime(), counterSeconds + 5.0);
     EXPECT_NEAR(timer.GetAbsoluteTime(), timer.GetTime(), 1.0);
+    ZQTimer started;
+    started.Start();
+    EXPECT_LT(started.GetTime(), 1.0) << "a new timer started counts from 0";
 
     timer.Reset();
     EXPECT_FALSE(timer.IsStopped());
@@ -145,28 +148,13 @@ TEST(ZQTimer, ANewTimerIsPausedAtTheCounterOriginAndStepsWithAdvance) {
     timer.Stop();
     const double atStop = timer.GetTime();
     EXPECT_GT(atStop, 0.0);
-    Sleep(30);
+    Sleep(500);
     EXPECT_EQ(timer.GetTime(), atStop) << "a paused timer stands still";
     for (int i = 0; i < 3; ++i)
         timer.Advance();
     EXPECT_NEAR(timer.GetTime() - atStop, 0.3, 1e-6);
     EXPECT_NEAR(timer.GetElapsedTime(), 0.3, 1e-6);
     EXPECT_EQ(timer.GetElapsedTime(), 0.0);
-}
-
-TEST(ZQTimer, APauseIsNotCounted) {
-    ZQTimer timer;
     timer.Start();
-    EXPECT_LT(timer.GetTime(), 1.0) << "a new timer starts at time 0";
-    timer.Stop();
-    const double atStop = timer.GetTime();
-    Sleep(300);
-    timer.Start();
-    const double afterPause = timer.GetTime();
-    EXPECT_GE(afterPause, atStop);
-    EXPECT_LT(afterPause - atStop, 0.25) << "the 300 ms pause is not counted";
-    timer.GetElapsedTime();
-    Sleep(50);
-    EXPECT_GE(timer.GetElapsedTime(), 0.04);
-    EXPECT_GT(timer.GetTime(), afterPause);
+    EXPECT_NEAR(timer.GetTime() - atStop, 0.3, 0.1) << "restarted, the advance counts and the 500 ms pause does not";
 }

@@ -1,5 +1,6 @@
 // What the dialog tests share: pictures made on the fly, the test sounds, an event recorder and one fixture.
 #pragma once
+#include "support/Files.h"
 #include "twod/TextureTestSupport.h"
 
 #include <gtest/gtest.h>
@@ -33,9 +34,7 @@ inline void AddPicture(ZQ::ZQSprite& sprite, const wchar_t* name, D3DCOLOR colou
         for (UINT x = 0; x < size; ++x)
             static_cast<D3DCOLOR*>(locked.pBits)[y * locked.Pitch / 4 + x] = hole && x < size / 2 ? 0 : colour;
     texture->UnlockRect(0);
-    wchar_t folder[MAX_PATH];
-    GetTempPathW(MAX_PATH, folder);
-    const std::wstring file = std::wstring(folder) + name + L".png";
+    const std::wstring file = testsupport::TempPath(name + std::wstring(L".png"));
     ASSERT_EQ(D3DXSaveTextureToFileW(file.c_str(), D3DXIFF_PNG, texture, nullptr), S_OK);
     texture->Release();
     sprite.Entry(name, file.c_str(), false);
@@ -97,11 +96,9 @@ protected:
         animate->Entry(Data(L"anim\\narrow.am").c_str());
         window = App()->GethWnd();
         sound = new ZQ::ZQSound(window, DSSCL_PRIORITY);
-        std::wstring sounds = L"Z:";
-        for (const wchar_t* c = _wgetenv(L"ZQ_TEST_SOUNDS"); c && *c; ++c)
-            sounds += *c == L'/' ? L'\\' : *c;
-        sound->Entry(L"click", (sounds + L"\\long.wav").c_str());
-        sound->Entry(L"hover", (sounds + L"\\long.wav").c_str());
+        const std::wstring wave = testsupport::EnvFile(L"ZQ_TEST_SOUNDS", L"long.wav");
+        sound->Entry(L"click", wave.c_str());
+        sound->Entry(L"hover", wave.c_str());
         // A bold font whose characters are 10 pixels wide: an edit box's room is counted in them.
         D3DXCreateFontW(Device(), 20, 10, FW_BOLD, 1, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, DEFAULT_QUALITY,
                         DEFAULT_PITCH, L"Arial", &font);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,7 @@ using Log = std::vector<std::string>;
 namespace {
 
 int g_moveContext, g_renderContext, g_keyboardContext, g_mouseContext, g_msgContext;
+double g_lastTime;
 TestApp* g_app;
 
 std::string Where(void* context, void* expected) {
@@ -109,7 +111,8 @@ protected:
 } // namespace
 
 TEST_F(FrameTest, CallbackOrderFromStartToShutdown) {
-    app->SetFrameMoveFunc([](IDirect3DDevice9* device, double, float, void*) {
+    app->SetFrameMoveFunc([](IDirect3DDevice9* device, double time, float, void*) {
+        g_lastTime = time;
         const int frame = g_app->GetCurrentFrameNumber() + 1;
         g_log.push_back("fn.move" + std::string(device ? "" : " (no device)"));
         if (frame == 2)
@@ -120,7 +123,10 @@ TEST_F(FrameTest, CallbackOrderFromStartToShutdown) {
     app->SetFrameRenderFunc(Render);
     EXPECT_EQ(Take(), (Log{"fn.created", "fn.reset"})) << "no scene hears of the first device";
     app->Trans(L"A");
+    const double before = ZQ::ZQTimer().GetAbsoluteTime();
     EXPECT_EQ(app->MainLoop(nullptr), S_OK);
+    EXPECT_GE(g_lastTime, before) << "frame time is the timer's absolute time, not the time since Init";
+    EXPECT_EQ(app->GetTime(), g_lastTime);
     const Log frameA = {"A.move", "fn.move", "A.network", "fn.render", "A.render"};
     const Log frameB = {"B.move", "fn.move", "B.network", "fn.render", "B.render"};
     Log expected = {"A.create", "A.reset"};
@@ -131,8 +137,8 @@ TEST_F(FrameTest, CallbackOrderFromStartToShutdown) {
     expected.insert(expected.end(), frameB.begin(), frameB.end());
     expected.insert(expected.end(), frameB.begin(), frameB.end());
     // The fifth frame shuts down, then still moves without a device.
-    for (const char* step : {"fn.lost", "B.lost", "fn.destroyed", "B.destroy", "B.move", "fn.move (no device)",
-                             "B.network"})
+    for (const char* step :
+         {"fn.lost", "B.lost", "fn.destroyed", "B.destroy", "B.move", "fn.move (no device)", "B.network"})
         expected.push_back(step);
     EXPECT_EQ(Take(), expected);
     EXPECT_EQ(app->GetExitCode(), 0);
@@ -153,56 +159,10 @@ TEST_F(FrameTest, NetworkRunsWhileRenderingIsPaused) {
     Take();
     app->MainLoop(nullptr);
     const Log log = Take();
-    int moves = 0, networks = 0, renders = 0;
-    for (const std::string& entry : log) {
-        moves += entry == "A.move";
-        networks += entry == "A.network";
-        // A paint message may repaint the paused window (with the render context: "A.render!ctx").
-        renders += entry == "A.render";
-    }
-    EXPECT_EQ(moves, 4);
-    EXPECT_EQ(networks, 4);
-    EXPECT_EQ(renders, 0);
-}
-
-namespace {
-std::vector<double> g_times;
-std::vector<bool> g_hadDevice;
-void CALLBACK RecordFrame(IDirect3DDevice9* device, double time, float, void*) {
-    g_times.push_back(time);
-    g_hadDevice.push_back(device != nullptr);
-}
-} // namespace
-
-TEST_F(FrameTest, FrameTimeIsTheTimersAbsoluteTimeOrConstantSteps) {
-    g_times.clear();
-    app->SetFrameMoveFunc(RecordFrame);
-    app->SetOverrideQuitAfterFrame(1);
-    ZQ::ZQTimer clock;
-    const double before = clock.GetAbsoluteTime();
-    app->MainLoop(nullptr);
-    ASSERT_EQ(g_times.size(), 3u);
-    EXPECT_GE(g_times.front(), before) << "not the time since Init";
-    EXPECT_LE(g_times.back(), clock.GetAbsoluteTime());
-    EXPECT_EQ(app->GetTime(), g_times.back());
-
-    // A second run in constant steps counts from 0.
-    delete app;
-    frametest::DrainMessages();
-    app = g_app = new TestApp;
-    ASSERT_EQ(app->Start(), S_OK);
-    g_times.clear();
-    g_hadDevice.clear();
-    app->SetFrameMoveFunc(RecordFrame);
-    app->ConstantFrameTime(true, 0.1f);
-    app->SetOverrideQuitAfterFrame(3);
-    EXPECT_EQ(app->MainLoop(nullptr), S_OK);
-    ASSERT_EQ(g_times.size(), 5u) << "counter 4 exceeds 3: the shutdown happens during the fifth frame";
-    for (size_t i = 0; i < g_times.size(); ++i)
-        EXPECT_NEAR(g_times[i], 0.1 * static_cast<double>(i + 1), 1e-5);
-    EXPECT_EQ(g_hadDevice, (std::vector<bool>{true, true, true, true, false}));
-    EXPECT_EQ(app->GetCurrentFrameNumber(), 4);
-    EXPECT_EQ(app->GetExitCode(), 0);
+    EXPECT_EQ(std::count(log.begin(), log.end(), "A.move"), 4);
+    EXPECT_EQ(std::count(log.begin(), log.end(), "A.network"), 4);
+    // A paint message may repaint the paused window (with the render context: "A.render!ctx").
+    EXPECT_EQ(std::count(log.begin(), log.end(), "A.render"), 0);
 }
 
 TEST_F(FrameTest, MainLoopRefusals) {
@@ -232,8 +192,8 @@ TEST(FrameRefusals, MainLoopAfterAFailedDeviceCreation) {
     app.Init(false, false, false, false);
     app.SetShowMsgBoxOnError(false);
     ASSERT_EQ(app.CreateWindow(L"ZQVelisto refusal test", nullptr, nullptr, nullptr, 0, 0), S_OK);
-    const HRESULT hr = app.CreateDevice(0, true, 320, 240,
-                                        [](D3DCAPS9*, D3DFORMAT, D3DFORMAT, bool, void*) { return false; });
+    const HRESULT hr =
+        app.CreateDevice(0, true, 320, 240, [](D3DCAPS9*, D3DFORMAT, D3DFORMAT, bool, void*) { return false; });
     EXPECT_EQ(hr, ZQ::ZQ_E_NO_COMPATIBLE_DEVICES);
     EXPECT_EQ(app.GetExitCode(), 3);
     EXPECT_EQ(app.MainLoop(nullptr), E_FAIL);
@@ -269,16 +229,14 @@ TEST_F(FrameTest, InputReachesTheFunctionThenTheScene) {
 
     SendMessageW(hWnd, WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(10, 20));
     EXPECT_TRUE(app->IsButtonDown(ZQ::ZQMouse::Right));
-    EXPECT_TRUE(app->GetMouseButtons()[2]) << "right is element 2";
-    EXPECT_FALSE(app->GetMouseButtons()[1]);
     SendMessageW(hWnd, WM_XBUTTONDOWN, MAKEWPARAM(MK_XBUTTON2 | MK_MBUTTON, XBUTTON2), MAKELPARAM(1, 2));
     SendMessageW(hWnd, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(3, 4));
     POINT origin = {0, 0};
     ClientToScreen(hWnd, &origin);
     SendMessageW(hWnd, WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-240)), MAKELPARAM(origin.x + 5, origin.y + 6));
-    EXPECT_EQ(Take(), (Log{"fn.mouse DR 0 10,20", "A.mouse D-R--- 0 10,20", "fn.mouse D- 0 1,2",
-                           "A.mouse D--M-2 0 1,2", "fn.mouse -- 0 3,4", "A.mouse -L---- 0 3,4",
-                           "fn.mouse -- -240 5,6", "A.mouse ------ -240 5,6"}));
+    EXPECT_EQ(Take(),
+              (Log{"fn.mouse DR 0 10,20", "A.mouse D-R--- 0 10,20", "fn.mouse D- 0 1,2", "A.mouse D--M-2 0 1,2",
+                   "fn.mouse -- 0 3,4", "A.mouse -L---- 0 3,4", "fn.mouse -- -240 5,6", "A.mouse ------ -240 5,6"}));
 
     SendMessageW(hWnd, WM_SYSKEYDOWN, 'K', 1 << 29);
     EXPECT_TRUE(app->IsKeyDown('K'));
@@ -286,8 +244,8 @@ TEST_F(FrameTest, InputReachesTheFunctionThenTheScene) {
     EXPECT_FALSE(app->IsKeyDown('K'));
     SendMessageW(hWnd, WM_KEYDOWN, 0x100 + 'Q', 0);
     EXPECT_TRUE(app->IsKeyDown('Q')) << "codes fold into 256 entries";
-    EXPECT_EQ(Take(), (Log{"fn.key 75 down alt", "A.key 75 down alt", "fn.key 75 up", "A.key 75 up",
-                           "fn.key 337 down", "A.key 337 down"}));
+    EXPECT_EQ(Take(), (Log{"fn.key 75 down alt", "A.key 75 down alt", "fn.key 75 up", "A.key 75 up", "fn.key 337 down",
+                           "A.key 337 down"}));
 
     // The window-message function sees every message first and may keep it from the window procedure.
     app->SetWindowMsgFunc([](HWND, UINT msg, WPARAM, LPARAM, bool* noFurtherProcessing, void*) -> LRESULT {
@@ -341,8 +299,8 @@ TEST_P(TimerPhase, ATimerFiresOnceForEachPeriodOfFrameTime) {
     const TimerCase& c = GetParam();
     for (int k = 0; k < 3; ++k) {
         fired[k] = 0;
-        ASSERT_EQ(app->AddTimer([](UINT, void* context) { ++fired[reinterpret_cast<intptr_t>(context)]; },
-                                c.periods[k], nullptr, reinterpret_cast<void*>(static_cast<intptr_t>(k))),
+        ASSERT_EQ(app->AddTimer([](UINT, void* context) { ++fired[reinterpret_cast<intptr_t>(context)]; }, c.periods[k],
+                                nullptr, reinterpret_cast<void*>(static_cast<intptr_t>(k))),
                   S_OK);
     }
     app->ConstantFrameTime(true, c.frame);

@@ -2,6 +2,7 @@
 // and multisampling seen in the pixels of a diagonal edge.
 #include "FrameTestApp.h"
 #include "support/BackBufferCopy.h"
+#include "support/Files.h"
 
 #include <gtest/gtest.h>
 
@@ -54,7 +55,7 @@ const ZQ::ZQMatchType kKeep = ZQ::ZQ_MATCH_PRESERVE;
 const struct MatchCase {
     const char* name;
     Ask ask;
-    const char* found; ///< Describe of the settings found, or null when no device may be found
+    const char* found;   ///< Describe of the settings found, or null when no device may be found
     const wchar_t* said; ///< part of a message the search must send, or null for none at all
 } kMatches[] = {
     {"windowed defaults: the desktop's format, the size asked for, D24S8, vsync",
@@ -93,8 +94,8 @@ const struct MatchCase {
          o.DeviceType = o.VertexProcessing = o.PresentInterval = o.DepthStencilFormat = kKeep;
      },
      "window 320x240@0 X8R8G8B8 X8R8G8B8 D16 ms0.0 type2 vp50 i80000000", nullptr},
-    {"an adapter that does not exist: adapter 0, said", [](auto& w, auto&) { w.AdapterOrdinal = 5; },
-     "window 320x240", L"adapter 5 does not exist"},
+    {"an adapter that does not exist: adapter 0, said", [](auto& w, auto&) { w.AdapterOrdinal = 5; }, "window 320x240",
+     L"adapter 5 does not exist"},
 };
 
 } // namespace
@@ -149,14 +150,12 @@ TEST_F(DeviceSettingsTest, MultisamplingSmoothsADiagonalEdge) {
         device->DrawPrimitiveUP(D3DPT_TRIANGLELIST, 1, triangle, sizeof(Vertex));
         device->EndScene();
         // Read back through the screenshot call, which resolves a multisampled back buffer.
-        wchar_t path[MAX_PATH];
-        GetTempPathW(MAX_PATH, path);
-        wcscat_s(path, MAX_PATH, L"zq-edge.png");
+        const std::wstring path = testsupport::TempPath(L"zq-edge.png");
         int greys = 0;
-        if (SUCCEEDED(ZQ::ZQSaveBackBuffer(device, path)))
-            for (D3DCOLOR c : testsupport::ReadPng(device, path, 320, 240))
+        if (SUCCEEDED(ZQ::ZQSaveBackBuffer(device, path.c_str())))
+            for (D3DCOLOR c : testsupport::ReadPng(device, path.c_str(), 320, 240))
                 greys += (c & 0xFF) > 0x20 && (c & 0xFF) < 0xE0;
-        DeleteFileW(path);
+        DeleteFileW(path.c_str());
         return greys;
     };
 

@@ -1,14 +1,12 @@
 #include "FrameTestApp.h"
+#include "support/Files.h"
 
 #include <gtest/gtest.h>
 
-#include <shellapi.h>
-
+#include <filesystem>
 #include <string>
 
-using ZQ::ZQCmdParam;
 using ZQ::ZQFindDXSDKMediaFileCch;
-using ZQ::ZQIsNextArg;
 
 namespace {
 
@@ -21,9 +19,7 @@ void Touch(const std::wstring& path) {
 class MediaSearchTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        wchar_t temp[MAX_PATH];
-        GetTempPathW(MAX_PATH, temp);
-        root = std::wstring(temp) + L"zq-media-" + std::to_wstring(GetCurrentProcessId());
+        root = testsupport::TempPath(L"zq-media-" + std::to_wstring(GetCurrentProcessId()));
         for (const wchar_t* dir : {L"", L"\\a", L"\\a\\b", L"\\a\\b\\c", L"\\a\\b\\c\\media", L"\\a\\media"})
             CreateDirectoryW((root + dir).c_str(), nullptr);
         GetCurrentDirectoryW(MAX_PATH, saved);
@@ -31,12 +27,8 @@ protected:
     }
     void TearDown() override {
         SetCurrentDirectoryW(saved);
-        SHFILEOPSTRUCTW remove = {};
-        std::wstring from = root + L'\0';
-        remove.wFunc = FO_DELETE;
-        remove.pFrom = from.c_str();
-        remove.fFlags = FOF_NOCONFIRMATION | FOF_SILENT | FOF_NOERRORUI;
-        SHFileOperationW(&remove);
+        std::error_code ignored;
+        std::filesystem::remove_all(root, ignored);
     }
     std::wstring Find(const wchar_t* name, HRESULT expected = S_OK) {
         wchar_t dest[MAX_PATH] = L"untouched";
@@ -50,14 +42,10 @@ protected:
 } // namespace
 
 TEST_F(MediaSearchTest, CandidatesInTheirOrder) {
-    Touch(root + L"\\a\\b\\c\\here.png");
-    Touch(root + L"\\a\\b\\up1.png");
-    Touch(root + L"\\a\\up2.png");
-    Touch(root + L"\\a\\b\\c\\media\\m0.png");
-    Touch(root + L"\\a\\media\\m2.png");
-    Touch(root + L"\\far.png");
-    Touch(root + L"\\a\\b\\c\\both.png");
-    Touch(root + L"\\a\\b\\both.png");
+    for (const wchar_t* file :
+         {L"\\a\\b\\c\\here.png", L"\\a\\b\\up1.png", L"\\a\\up2.png", L"\\a\\b\\c\\media\\m0.png",
+          L"\\a\\media\\m2.png", L"\\far.png", L"\\a\\b\\c\\both.png", L"\\a\\b\\both.png"})
+        Touch(root + file);
 
     EXPECT_EQ(Find(L"here.png"), L"here.png") << "found first, unchanged";
     EXPECT_EQ(Find(L"up1.png"), L"..\\up1.png");
@@ -100,28 +88,6 @@ TEST_F(MediaSearchTest, MissingNamesAndBadArguments) {
     wchar_t small[12];
     EXPECT_EQ(ZQFindDXSDKMediaFileCch(small, 12, longName.c_str()), ZQ::ZQ_E_MEDIA_NOT_FOUND);
     EXPECT_EQ(std::wstring(small), std::wstring(11, L'n')) << "the copy is cut to the capacity";
-}
-
-TEST(CommandLine, OptionNamesAndValues) {
-    wchar_t text[] = L"Width:800 rest";
-    wchar_t* cursor = text;
-    wchar_t value[257];
-    EXPECT_FALSE(ZQIsNextArg(cursor, L"widthx"));
-    EXPECT_TRUE(ZQIsNextArg(cursor, L"width"));
-    EXPECT_TRUE(ZQCmdParam(cursor, value));
-    EXPECT_STREQ(value, L"800") << "cut at the space";
-
-    wchar_t glued[] = L"windowedx";
-    cursor = glued;
-    EXPECT_FALSE(ZQIsNextArg(cursor, L"windowed"));
-    EXPECT_EQ(cursor, glued);
-
-    wchar_t bare[] = L"width";
-    cursor = bare;
-    EXPECT_TRUE(ZQIsNextArg(cursor, L"width"));
-    value[0] = L'x';
-    EXPECT_FALSE(ZQCmdParam(cursor, value));
-    EXPECT_STREQ(value, L"");
 }
 
 TEST(CommandLine, QuitAfterFrameEndsDuringTheFollowingFrame) {

@@ -19,27 +19,10 @@ using twodtest::Device;
 
 namespace {
 
-using Bytes = std::vector<uint8_t>;
 using reliability::EnvFile;
-
-Bytes ReadAll(const std::wstring& path) {
-    Bytes bytes;
-    if (FILE* in = _wfopen(path.c_str(), L"rb")) {
-        uint8_t buffer[65536];
-        for (size_t read; (read = fread(buffer, 1, sizeof buffer, in)) > 0;)
-            bytes.insert(bytes.end(), buffer, buffer + read);
-        fclose(in);
-    }
-    return bytes;
-}
-
-bool WriteAll(const std::wstring& path, const Bytes& bytes) {
-    FILE* out = _wfopen(path.c_str(), L"wb");
-    if (!out)
-        return false;
-    const bool whole = fwrite(bytes.data(), 1, bytes.size(), out) == bytes.size();
-    return fclose(out) == 0 && whole;
-}
+using testsupport::Bytes;
+using testsupport::ReadAll;
+using testsupport::WriteAll;
 
 // The bytes with a 32-bit little-endian value written at an offset.
 Bytes Patched(Bytes bytes, size_t at, uint32_t value) {
@@ -49,9 +32,7 @@ Bytes Patched(Bytes bytes, size_t at, uint32_t value) {
 }
 
 std::wstring TempFolder() {
-    wchar_t folder[MAX_PATH];
-    GetTempPathW(MAX_PATH, folder);
-    std::wstring path = std::wstring(folder) + L"zq-corpus";
+    const std::wstring path = testsupport::TempPath(L"zq-corpus");
     CreateDirectoryW(path.c_str(), nullptr);
     return path;
 }

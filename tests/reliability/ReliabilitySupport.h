@@ -1,6 +1,8 @@
 // The reliability tests' probes (the process's memory as the system counts it, a report of a crash) and the
 // paths of their files.
 #pragma once
+#include "support/Files.h"
+
 #include <ZQVelisto.h>
 
 #include <psapi.h>
@@ -11,15 +13,7 @@
 
 namespace reliability {
 
-/// A file in the folder an environment variable names (a Unix path is taken as drive Z:), as a Windows path.
-inline std::wstring EnvFile(const wchar_t* variable, const std::wstring& name) {
-    wchar_t folder[MAX_PATH] = L"";
-    GetEnvironmentVariableW(variable, folder, MAX_PATH);
-    std::wstring path = (folder[0] == L'/' ? L"Z:" : L"") + std::wstring(folder) + L"\\" + name;
-    for (wchar_t& c : path)
-        c = c == L'/' ? L'\\' : c;
-    return path;
-}
+using testsupport::EnvFile;
 
 struct Memory {
     double workingSetMb, committedMb, peakCommittedMb;

@@ -1,45 +1,13 @@
 #include "SoundTestSupport.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <cwchar>
 #include <algorithm>
 
 namespace soundtest {
 
-namespace {
-
-std::wstring WindowsPath(const wchar_t* variable) {
-    const wchar_t* unixPath = _wgetenv(variable);
-    std::wstring path = L"Z:";
-    for (const wchar_t* c = unixPath ? unixPath : L""; *c; ++c)
-        path += *c == L'/' ? L'\\' : *c;
-    return path;
-}
-
-} // namespace
-
 std::wstring Data(const wchar_t* name) {
-    return WindowsPath(L"ZQ_TEST_SOUNDS") + L"\\" + name;
-}
-
-std::vector<unsigned char> ReadAll(const std::wstring& path) {
-    std::vector<unsigned char> bytes;
-    if (FILE* file = _wfopen(path.c_str(), L"rb")) {
-        unsigned char buffer[65536];
-        for (size_t read; (read = fread(buffer, 1, sizeof buffer, file)) > 0;)
-            bytes.insert(bytes.end(), buffer, buffer + read);
-        fclose(file);
-    }
-    return bytes;
-}
-
-void WriteAll(const std::wstring& path, const std::vector<unsigned char>& bytes) {
-    if (FILE* file = _wfopen(path.c_str(), L"wb")) {
-        fwrite(bytes.data(), 1, bytes.size(), file);
-        fclose(file);
-    }
+    return testsupport::EnvFile(L"ZQ_TEST_SOUNDS", name);
 }
 
 HWND Window() {
@@ -81,7 +49,8 @@ DWORD Position(IDirectSoundBuffer* buffer) {
 }
 
 std::vector<short> Captured() {
-    std::vector<unsigned char> bytes = ReadAll(WindowsPath(L"ZQ_SOUND_CAPTURE"));
+    // ZQ_SOUND_CAPTURE names this file.
+    std::vector<unsigned char> bytes = ReadAll(Data(L"played.raw"));
     std::vector<short> samples(bytes.size() / 2);
     memcpy(samples.data(), bytes.data(), samples.size() * 2);
     return samples;

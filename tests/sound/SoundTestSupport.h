@@ -1,5 +1,7 @@
 // What the sound tests share: their files, a window, and the analysis of what was played.
 #pragma once
+#include "support/Files.h"
+
 #include <ZQVelisto.h>
 
 #include <string>
@@ -9,8 +11,8 @@ namespace soundtest {
 
 /// The path (Windows form) of a file made for the tests, or of a new file there.
 std::wstring Data(const wchar_t* name);
-std::vector<unsigned char> ReadAll(const std::wstring& path);
-void WriteAll(const std::wstring& path, const std::vector<unsigned char>& bytes);
+using testsupport::ReadAll;
+using testsupport::WriteAll;
 /// A hidden window for the cooperative level.
 HWND Window();
 
