@@ -7,7 +7,6 @@
 
 using ZQ::_3D::_ZQ3DTcbSpline_tag;
 using ZQ::_3D::ZQ3DCamera;
-using ZQ::_3D::ZQ3DQuake;
 using ZQ::_3D::ZQ3DSpline;
 
 namespace {
@@ -187,22 +186,4 @@ TEST(ZQ3DCamera, BeginSceneFollowsAPathOfFourKeys) {
     camera.SetAction(false);
     camera.BeginScene(1.0f);
     EXPECT_FLOAT_EQ(camera.GetTime(), 1.5f);
-}
-
-TEST(ZQ3DQuake, TwoPulsesThenIdle) {
-    ZQ3DQuake quake;
-    quake.SetTime(0.1f);
-    EXPECT_TRUE(!quake.GetAction() && quake.GetTime() == 0.0f) << "idle: time stands";
-    quake.SetAction(true);
-    // Keys along z: 0, 0.5, 0, 0.5, 0 at 0.1 s steps; exactly at the last key it still runs.
-    const struct {
-        float elapsed, z;
-        bool running;
-    } steps[] = {{0.1f, 0.5f, true}, {0.1f, 0, true}, {0.2f, 0, true}, {0.05f, 0, false}};
-    for (const auto& step : steps) {
-        quake.SetTime(step.elapsed);
-        ExpectNear(quake.GetPosition(), D3DXVECTOR3(0, 0, step.z));
-        EXPECT_EQ(quake.GetAction(), step.running);
-    }
-    EXPECT_EQ(quake.GetTime(), 0.0f);
 }

@@ -33,29 +33,32 @@ public:
 
 } // namespace
 
-TEST(ZQTexture, ASingleImageIsEnlargedToPowersOfTwo) {
+// A single image and each chunk of a split file get their own texture, enlarged to powers of two.
+TEST(ZQTexture, ImagesAndSplitChunksAreEnlargedToPowersOfTwo) {
     ZQTexture texture(Device());
     texture.Entry(L"wide", Data(L"wide.png").c_str(), false);
-    Chunk* chunk = texture.Trans(L"WIDE");
-    ASSERT_NE(chunk, nullptr);
-    ExpectRect(chunk->pixel, 0, 0, 300, 200);
-    ExpectRect(chunk->texcoord, 0, 0, 0.5859375f, 0.78125f);
-    ExpectInts(chunk->texcoord.rect, 0, 0, 0, 0);
-    EXPECT_TRUE(chunk->trim.isZero());
-    EXPECT_EQ(chunk->originX, 0.0f);
-    EXPECT_EQ(LevelDesc(chunk->texture).Width, 512u);
-    EXPECT_EQ(LevelDesc(chunk->texture).Height, 256u);
-    EXPECT_EQ(Levels(chunk->texture), 8u);
-    EXPECT_EQ(chunk->sharedTexture, nullptr);
+    texture.Entry(L"odd", Data(L"odd.png").c_str(), true);
+    texture.Entry(Data(L"pics.om").c_str(), true);
+    Chunk *wide = texture.Trans(L"WIDE"), *odd = texture.Trans(L"odd");
+    Chunk *a = texture.Trans(L"chunk_a"), *c = texture.Trans(L"chunk_c");
+    ASSERT_TRUE(wide && odd && a && c);
+    ExpectRect(wide->texcoord, 0, 0, 0.5859375f, 0.78125f);
+    ExpectInts(wide->texcoord.rect, 0, 0, 0, 0);
+    EXPECT_EQ(LevelDesc(wide->texture).Width, 512u);
+    EXPECT_EQ(LevelDesc(wide->texture).Height, 256u);
+    EXPECT_EQ(Levels(wide->texture), 8u);
     // D3DX stretches the image over 512 x 256 and the copy shrinks it back: allow for the filtering.
     for (const POINT& p : {POINT{0, 0}, POINT{299, 199}, POINT{123, 45}})
-        EXPECT_TRUE(Near(ReadPixel(chunk->texture, p.x, p.y), ArtPixel(p.x, p.y, 300, 200, 10))) << p.x << "," << p.y;
-
-    texture.Entry(L"odd", Data(L"odd.png").c_str(), true);
-    Chunk* odd = texture.Trans(L"odd");
-    ASSERT_NE(odd, nullptr);
+        EXPECT_TRUE(Near(ReadPixel(wide->texture, p.x, p.y), ArtPixel(p.x, p.y, 300, 200, 10))) << p.x << "," << p.y;
     EXPECT_EQ(odd->originX, 150.0f) << "301 halved as an integer";
     EXPECT_EQ(odd->originY, 16.0f);
+
+    ExpectRect(a->texcoord, 0, 0, 0.78125f, 0.3125f);
+    EXPECT_EQ(LevelDesc(a->texture).Height, 128u);
+    EXPECT_EQ(Levels(a->texture), 5u);
+    EXPECT_EQ(c->sharedTexture, nullptr);
+    EXPECT_EQ(LevelDesc(c->texture).Width, 128u) << "64 pixels get 128: strictly greater";
+    EXPECT_EQ(ReadPixel(a->texture, 99, 39), ArtPixel(99, 39, 100, 40, 30));
 }
 
 TEST(ZQTexture, NothingComesOfBadNamesAndFiles) {
@@ -79,107 +82,53 @@ TEST(ZQTexture, NothingComesOfBadNamesAndFiles) {
     EXPECT_EQ(noDevice->Trans(std::wstring(2048, L'b').c_str()), nullptr) << "not the chunk found before";
 }
 
-TEST(ZQTexture, AtlasRecordsShareTheFirstRecordsTexture) {
-    ZQTexture texture(Device());
-    texture.Entry(Data(L"atlas.te").c_str());
-    Chunk* first = texture.Trans(L"Chunk_C");
-    Chunk* second = texture.Trans(L"chunk_b");
-    ASSERT_NE(first, nullptr);
-    ASSERT_NE(second, nullptr);
-
-    ExpectRect(second->pixel, 64, 0, 96, 16);
+TEST(ZQTexture, PackedRecordsShareTheFirstRecordsTexture) {
+    ZQTexture atlas(Device()), om(Device());
+    atlas.Entry(Data(L"atlas.te").c_str());
+    om.Entry(Data(L"pics.om").c_str());
+    Chunk *first = atlas.Trans(L"Chunk_C"), *second = atlas.Trans(L"chunk_b");
+    Chunk *a = om.Trans(L"CHUNK_A"), *b = om.Trans(L"chunk_b");
+    ASSERT_TRUE(first && second && a && b);
     ExpectRect(second->texcoord, 0.25f, 0.0f, 0.375f, 0.125f);
     ExpectInts(second->texcoord.rect, 64, 0, 96, 16);
     ExpectRect(second->trim, 2, 3, 28, 15);
-    ExpectRect(first->trim, 0, 0, 64, 64);
-
-    ASSERT_NE(first->texture, nullptr);
-    EXPECT_EQ(first->sharedTexture, nullptr);
+    EXPECT_TRUE(b->trim.isZero());
     EXPECT_EQ(second->texture, nullptr);
     EXPECT_EQ(second->sharedTexture, first->texture);
-    EXPECT_EQ(LevelDesc(first->texture).Width, 256u);
-    EXPECT_EQ(ReadPixel(first->texture, 10, 20), ArtPixel(10, 20, 64, 64, 50));
-    EXPECT_EQ(ReadPixel(second->sharedTexture, 64 + 5, 7), ArtPixel(5, 7, 32, 16, 40));
-
-    ZQTexture wide(Device());
-    wide.Entry(Data(L"wide.te").c_str());
-    Chunk* banner = wide.Trans(L"chunk_a");
-    ASSERT_NE(banner, nullptr) << "UTF-16 names";
-    EXPECT_EQ(banner->originX, 50.0f);
-    EXPECT_EQ(banner->originY, 20.0f);
-}
-
-TEST(ZQTexture, BothOmLayouts) {
-    ZQTexture texture(Device());
-    texture.Entry(Data(L"pics.om").c_str());
-    Chunk* a = texture.Trans(L"CHUNK_A");
-    Chunk* b = texture.Trans(L"chunk_b");
-    Chunk* c = texture.Trans(L"chunk_c");
-    ASSERT_TRUE(a && b && c);
-    EXPECT_NE(a->texture, nullptr);
     EXPECT_EQ(b->sharedTexture, a->texture);
-    EXPECT_EQ(c->sharedTexture, a->texture);
-    EXPECT_TRUE(b->trim.isZero());
-    const float width = static_cast<float>(LevelDesc(a->texture).Width);
-    EXPECT_FLOAT_EQ(c->texcoord.left, c->pixel.left / width);
-    EXPECT_LE(c->texcoord.rect.right, 1) << "the coordinate RECT is the truncated floats";
+    EXPECT_EQ(LevelDesc(first->texture).Width, 256u);
+    EXPECT_EQ(ReadPixel(second->sharedTexture, 64 + 5, 7), ArtPixel(5, 7, 32, 16, 40));
     const int x = static_cast<int>(b->pixel.left), y = static_cast<int>(b->pixel.top);
+    EXPECT_FLOAT_EQ(b->texcoord.left, b->pixel.left / static_cast<float>(LevelDesc(a->texture).Width));
     EXPECT_EQ(ReadPixel(a->texture, x + 20, y + 10), ArtPixel(20, 10, 32, 16, 40));
 
-    ZQTexture first(Device());
-    first.Entry(Data(L"first.om").c_str());
-    ASSERT_NE(first.Trans(L"chunk_a"), nullptr) << "UTF-16 names of the first layout";
-    EXPECT_EQ(first.Trans(L"chunk_a")->originX, 50.0f);
-    EXPECT_EQ(first.Trans(L"chunk_c")->originY, 32.0f);
-    EXPECT_NE(first.Trans(L"chunk_c")->texture, nullptr);
-
-    ZQTexture named(Device());
-    named.Entry(Data(L"named.om").c_str());
-    ASSERT_NE(named.Trans(L"banner"), nullptr);
-    EXPECT_EQ(named.Trans(L"banner")->originX, 10.0f);
-    EXPECT_EQ(named.Trans(L"banner")->originY, 5.0f);
-    EXPECT_NE(named.Trans(L"COIN"), nullptr);
-}
-
-TEST(ZQTexture, SplitLoadingGivesEveryChunkItsOwnTexture) {
-    ZQTexture texture(Device());
-    texture.Entry(Data(L"pics.om").c_str(), true);
-    Chunk* a = texture.Trans(L"chunk_a");
-    Chunk* c = texture.Trans(L"chunk_c");
-    ASSERT_TRUE(a && c);
-    EXPECT_EQ(LevelDesc(a->texture).Width, 128u);
-    EXPECT_EQ(LevelDesc(a->texture).Height, 128u);
-    EXPECT_EQ(Levels(a->texture), 5u);
-    ExpectRect(a->texcoord, 0, 0, 0.78125f, 0.3125f);
-    ExpectInts(a->texcoord.rect, 0, 0, 0, 0);
-    EXPECT_EQ(a->sharedTexture, nullptr);
-    EXPECT_EQ(c->sharedTexture, nullptr);
-    EXPECT_EQ(LevelDesc(c->texture).Width, 128u) << "64 pixels get 128: strictly greater";
-    EXPECT_EQ(ReadPixel(a->texture, 0, 0), ArtPixel(0, 0, 100, 40, 30));
-    EXPECT_EQ(ReadPixel(a->texture, 99, 39), ArtPixel(99, 39, 100, 40, 30));
+    // UTF-16 names (wide atlases, the first packed layout) and names from a manifest, with their origins.
+    const struct {
+        const wchar_t *file, *chunk;
+        float originX, originY;
+    } origins[] = {
+        {L"wide.te", L"chunk_a", 50, 20}, {L"first.om", L"chunk_c", 32, 32}, {L"named.om", L"banner", 10, 5}};
+    for (const auto& o : origins) {
+        ZQTexture texture(Device());
+        texture.Entry(Data(o.file).c_str());
+        const Chunk* chunk = texture.Trans(o.chunk);
+        ASSERT_NE(chunk, nullptr) << o.file;
+        EXPECT_EQ(chunk->originX, o.originX);
+        EXPECT_EQ(chunk->originY, o.originY);
+        EXPECT_TRUE(chunk->texture || chunk->sharedTexture) << o.file;
+    }
 }
 
 TEST(ZQTexture, CutAndCorruptFilesKeepWhatTheyHold) {
-    ZQTexture cut(Device());
-    cut.Entry(CopyData(L"pics.om", L"cut.om", kOmHeader + kOmRecordV2 + 10).c_str());
-    ASSERT_NE(cut.Trans(L"chunk_a"), nullptr) << "the one whole record";
-    EXPECT_EQ(cut.Trans(L"chunk_a")->texture, nullptr);
-    EXPECT_EQ(cut.Trans(L"chunk_b"), nullptr) << "no record from bytes the file lacks";
-
     const long imageStart = kOmHeader + 3 * kOmRecordV2;
     ZQTexture undecodable(Device());
     undecodable.Entry(CopyData(L"pics.om", L"undecodable.om", -1, imageStart + 1, 'X').c_str());
-    ASSERT_NE(undecodable.Trans(L"chunk_c"), nullptr);
+    ASSERT_NE(undecodable.Trans(L"chunk_c"), nullptr) << "the records without their image";
     EXPECT_EQ(undecodable.Trans(L"chunk_a")->texture, nullptr);
-    EXPECT_EQ(undecodable.Trans(L"chunk_c")->sharedTexture, nullptr);
 
-    ZQTexture shortImage(Device());
-    shortImage.Entry(CopyData(L"pics.om", L"shortimage.om", imageStart + 40).c_str());
-    EXPECT_NE(shortImage.Trans(L"chunk_c"), nullptr);
-
-    // Whole copies (the extension is a substring test, OM before TE, the folders' names play no part),
-    // bad magic or tag, files cut inside the header, counts that claim more than the file holds or nothing
-    // at all, and sizes for the image loader that no device can have.
+    // Files cut after the first record or inside the image, whole copies (the extension is a substring test,
+    // OM before TE, the folders' names play no part), bad magic or tag, files cut inside the header, counts
+    // that claim more than the file holds or nothing at all, and sizes for the image loader that no device can have.
     struct Patch {
         const wchar_t* from;
         const wchar_t* to;
@@ -188,6 +137,9 @@ TEST(ZQTexture, CutAndCorruptFilesKeepWhatTheyHold) {
         const wchar_t* chunk;
         bool registered;
     } const patches[] = {
+        {L"pics.om", L"cut.om", kOmHeader + kOmRecordV2 + 10, -1, 0, L"chunk_a", true},
+        {L"pics.om", L"cut.om", kOmHeader + kOmRecordV2 + 10, -1, 0, L"chunk_b", false},
+        {L"pics.om", L"shortimage.om", imageStart + 40, -1, 0, L"chunk_c", true},
         {L"pics.te.om", L"pics.te.om", -1, -1, 0, L"chunk_a", true},
         {L"pics.om", L"pics.om.bak", -1, -1, 0, L"chunk_b", true},
         {L"atlas.om.te", L"atlas.om.te", -1, -1, 0, L"chunk_b", false}, // read as ".OM", it fails its magic
