@@ -1,5 +1,6 @@
 #include "TextureTestSupport.h"
 #include "support/BackBufferCopy.h"
+#include "support/Files.h"
 
 #include <gtest/gtest.h>
 
@@ -45,30 +46,22 @@ std::wstring Data(const std::wstring& name) {
 
 std::wstring CopyData(const std::wstring& from, const std::wstring& to, long cut, long patchAt,
                       unsigned char patchValue) {
-    std::vector<char> bytes;
-    if (FILE* in = _wfopen(Data(from).c_str(), L"rb")) {
-        for (int c; (c = fgetc(in)) != EOF;)
-            bytes.push_back(static_cast<char>(c));
-        fclose(in);
-    }
-    if (cut >= 0 && static_cast<size_t>(cut) < bytes.size())
-        bytes.resize(static_cast<size_t>(cut));
-    if (patchAt >= 0 && static_cast<size_t>(patchAt) < bytes.size())
-        bytes[static_cast<size_t>(patchAt)] = static_cast<char>(patchValue);
-    const std::wstring path = Data(to);
-    if (FILE* out = _wfopen(path.c_str(), L"wb")) {
-        fwrite(bytes.data(), 1, bytes.size(), out);
-        fclose(out);
-    }
-    return path;
+    return PatchData(from, to, {}, cut, patchAt, patchValue);
 }
 
 std::wstring PatchData(const std::wstring& from, const std::wstring& to,
-                       std::initializer_list<std::pair<long, int32_t>> values) {
-    std::wstring path = CopyData(from, to);
+                       std::initializer_list<std::pair<long, int32_t>> values, long cut, long patchAt,
+                       unsigned char patchValue) {
+    testsupport::Bytes bytes = testsupport::ReadAll(Data(from));
+    if (cut >= 0 && static_cast<size_t>(cut) < bytes.size())
+        bytes.resize(static_cast<size_t>(cut));
+    if (patchAt >= 0 && static_cast<size_t>(patchAt) < bytes.size())
+        bytes[static_cast<size_t>(patchAt)] = patchValue;
     for (const auto& value : values)
-        for (long i = 0; i < 4; ++i)
-            path = CopyData(to, to, -1, value.first + i, static_cast<unsigned char>(value.second >> (8 * i)));
+        for (size_t i = 0; i < 4 && value.first + i < bytes.size(); ++i)
+            bytes[value.first + i] = static_cast<unsigned char>(value.second >> (8 * i));
+    const std::wstring path = Data(to);
+    testsupport::WriteAll(path, bytes);
     return path;
 }
 

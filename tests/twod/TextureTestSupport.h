@@ -18,9 +18,10 @@ std::wstring Data(const std::wstring& name);
 /// and the byte at `patchAt` (when >= 0) set to `patchValue`.
 std::wstring CopyData(const std::wstring& from, const std::wstring& to, long cut = -1, long patchAt = -1,
                       unsigned char patchValue = 0);
-/// Copies a data file under another name with 32-bit little-endian values written at the offsets.
+/// The same, with 32-bit little-endian values also written at the offsets.
 std::wstring PatchData(const std::wstring& from, const std::wstring& to,
-                       std::initializer_list<std::pair<long, int32_t>> values);
+                       std::initializer_list<std::pair<long, int32_t>> values, long cut = -1, long patchAt = -1,
+                       unsigned char patchValue = 0);
 /// The ARGB pixel at (x, y) of a texture's level 0.
 D3DCOLOR ReadPixel(IDirect3DTexture9* texture, int x, int y);
 /// Levels, width and height of a texture (none for no texture).
