@@ -76,12 +76,9 @@ void CALLBACK Render(IDirect3DDevice9*, double, float, void* context) {
     g_log.push_back("fn.render" + Where(context, &g_renderContext));
 }
 
-class FrameTest : public ::testing::Test {
+class FrameTest : public frametest::AppTest<> {
 protected:
-    void SetUp() override {
-        g_log.clear();
-        frametest::DrainMessages();
-        app = new TestApp;
+    void Prepare() override {
         g_app = app;
         app->SetDeviceCreatedFunc(Created);
         app->SetDeviceResetFunc(Reset);
@@ -92,20 +89,14 @@ protected:
         app->SetKeyboardFuncUserContext(&g_keyboardContext);
         app->SetMouseFuncUserContext(&g_mouseContext);
         app->SetWindowMsgFuncUserContext(&g_msgContext);
-        ASSERT_EQ(app->Start(), S_OK);
         app->Entry(L"A", new Scene("A"));
         app->Entry(L"B", new Scene("B"));
-    }
-    void TearDown() override {
-        delete app;
-        frametest::DrainMessages();
     }
     Log Take() {
         Log taken;
         taken.swap(g_log);
         return taken;
     }
-    TestApp* app = nullptr;
 };
 
 } // namespace

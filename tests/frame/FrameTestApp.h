@@ -3,6 +3,8 @@
 #pragma once
 #include <ZQVelisto.h>
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
@@ -22,6 +24,24 @@ public:
 
 /// Removes whatever a destroyed window left in this thread's queue (its quit message).
 void DrainMessages();
+
+/// A started application per test; Prepare sets what must be in place before the device is made.
+template <typename App = TestApp> class AppTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        g_log.clear();
+        DrainMessages();
+        app = new App;
+        Prepare();
+        ASSERT_EQ(app->Start(), S_OK);
+    }
+    void TearDown() override {
+        delete app;
+        DrainMessages();
+    }
+    virtual void Prepare() {}
+    App* app = nullptr;
+};
 
 /// Runs frame_child.exe with the arguments; returns its exit code and fills output.
 int RunChild(const std::wstring& arguments, std::string* output = nullptr);

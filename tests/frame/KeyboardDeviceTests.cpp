@@ -48,24 +48,15 @@ TEST(ZQKeyboard, DisallowingHooksTheWindowsKeysAndClearsTheHotKeysOfFeaturesThat
 }
 
 namespace {
-class DeviceTest : public ::testing::Test {
+class DeviceTest : public frametest::AppTest<KeyboardApp> {
 protected:
-    void SetUp() override {
-        frametest::DrainMessages();
-        g_log.clear();
-        app = new KeyboardApp;
+    void Prepare() override {
         app->SetDeviceResetFunc([](IDirect3DDevice9*, const D3DSURFACE_DESC* backBuffer, void*) {
             g_log.push_back("reset " + std::to_string(backBuffer->Width) + "x" + std::to_string(backBuffer->Height));
             return S_OK;
         });
         app->SetDeviceLostFunc([](void*) { g_log.push_back("lost"); });
-        ASSERT_EQ(app->Start(), S_OK);
     }
-    void TearDown() override {
-        delete app;
-        frametest::DrainMessages();
-    }
-    KeyboardApp* app = nullptr;
 };
 } // namespace
 

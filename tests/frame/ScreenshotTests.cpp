@@ -26,26 +26,13 @@ std::vector<D3DCOLOR> ReadPng(IDirect3DDevice9* device, const std::wstring& path
     return pixels;
 }
 
-class ScreenshotTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        frametest::DrainMessages();
-        app = new frametest::TestApp;
-        ASSERT_EQ(app->Start(), S_OK);
-        device = app->GetD3DDevice();
-    }
-    void TearDown() override {
-        delete app;
-        frametest::DrainMessages();
-    }
-    frametest::TestApp* app = nullptr;
-    IDirect3DDevice9* device = nullptr;
-};
+using ScreenshotTest = frametest::AppTest<>;
 
 } // namespace
 
 // A render target is read back through system memory; a managed texture is saved as it is.
 TEST_F(ScreenshotTest, BackBufferAndAManagedTextureSavedAsDrawn) {
+    IDirect3DDevice9* device = app->GetD3DDevice();
     const D3DRECT right = {160, 0, 320, 240};
     device->Clear(0, nullptr, D3DCLEAR_TARGET, D3DCOLOR_XRGB(200, 40, 10), 1.0f, 0);
     device->Clear(1, &right, D3DCLEAR_TARGET, D3DCOLOR_XRGB(0, 90, 250), 1.0f, 0);
@@ -72,6 +59,7 @@ TEST_F(ScreenshotTest, BackBufferAndAManagedTextureSavedAsDrawn) {
 }
 
 TEST_F(ScreenshotTest, RefusalsFailWithoutWritingOrCrashing) {
+    IDirect3DDevice9* device = app->GetD3DDevice();
     IDirect3DSurface9* backBuffer = nullptr;
     IDirect3DTexture9* texture = nullptr;
     ASSERT_EQ(device->GetBackBuffer(0, 0, D3DBACKBUFFER_TYPE_MONO, &backBuffer), S_OK);
