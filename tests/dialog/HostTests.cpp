@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <string>
 #include <thread>
-#include <vector>
 
 using namespace dialogtest;
 
@@ -59,15 +58,13 @@ protected:
         DialogFixture::SetUpTestSuite();
         screen = new HostScreen; // the application owns it
         App()->Entry(L"Host", screen);
-        Switch(L"Host");
+        App()->Trans(L"Host");
+        App()->Dispatcher(Device(), App()->GetBackBufferSurfaceDesc(), nullptr);
     }
     static void TearDownTestSuite() {
-        Switch(L"No such screen");
-        DialogFixture::TearDownTestSuite();
-    }
-    static void Switch(const wchar_t* name) {
-        App()->Trans(name);
+        App()->Trans(L"No such screen");
         App()->Dispatcher(Device(), App()->GetBackBufferSurfaceDesc(), nullptr);
+        DialogFixture::TearDownTestSuite();
     }
     // The window's input context starts in native mode, where letters and wide characters go to the input
     // method: each test starts in alphanumeric mode instead of inheriting whatever an earlier one left.
@@ -191,44 +188,29 @@ TEST_F(HostTest, TheInputMethodsTextIsTakenOnceAndACancelledCompositionLeaves) {
 }
 
 TEST_F(HostTest, ClicksReachTheControlsUnderThePointer) {
-    // Button 1, check box 2, radio buttons 3 and 4 of group 7 (3 selected first), 32 pixels each; edit
-    // boxes 10 and 11.
+    // A button, 32 pixels square, and edit boxes 10 and 11, in a dialog without sounds; one drag after another.
     struct Case {
         const char* name;
         POINT press, via, release;
-        std::vector<unsigned int> events;
-        bool checked;
-        unsigned int selected, focused;
+        size_t clicks;
+        unsigned int focused;
     } cases[] = {
-        {"button clicked, the pointer trembling", {30, 30}, {31, 31}, {35, 40}, {1}, false, 3, 10},
-        {"dragged over the button and off again", {300, 200}, {30, 30}, {300, 200}, {}, false, 3, 10},
-        {"check box clicked", {80, 30}, {80, 30}, {80, 30}, {2}, true, 3, 10},
-        {"radio button clicked", {180, 30}, {180, 30}, {180, 30}, {4}, false, 4, 10},
-        {"dragged over a radio button and off again", {300, 200}, {180, 30}, {300, 200}, {}, false, 3, 10},
-        {"selected radio button clicked again", {130, 30}, {130, 30}, {130, 30}, {3}, false, 3, 10},
-        {"second edit box clicked", {40, 150}, {40, 150}, {40, 150}, {}, false, 3, 11},
+        {"button clicked, the pointer trembling", {30, 30}, {31, 31}, {35, 40}, 1, 10},
+        {"dragged over the button and off again", {300, 200}, {30, 30}, {300, 200}, 0, 10},
+        {"second edit box clicked", {40, 150}, {40, 150}, {40, 150}, 0, 11},
     };
+    ZQDialog dialog(sprite, nullptr, &recorder);
+    D3DXVECTOR3 button(20, 20, 0);
+    dialog.AddButton(1, L"normal", L"pressed", L"over", L"disabled", button, false);
+    ZQRect a(20.0f, 100.0f, 120.0f, 120.0f), b(20.0f, 140.0f, 120.0f, 160.0f);
+    dialog.AddEditBox(10, font, a, white, DT_LEFT);
+    dialog.AddEditBox(11, font, b, white, DT_LEFT);
+    screen->dialog = &dialog;
     for (const Case& c : cases) {
-        ZQDialog dialog(sprite, nullptr, &recorder);
-        D3DXVECTOR3 button(20, 20, 0), check(70, 20, 0), first(120, 20, 0), second(170, 20, 0);
-        dialog.AddButton(1, L"normal", L"pressed", L"over", L"disabled", button, false);
-        dialog.AddCheckBox(2, L"normal", L"mark", L"over", L"disabled", check, false);
-        dialog.AddRadioButton(3, 7, L"normal", L"pressed", L"over", L"disabled", first, false, false);
-        dialog.AddRadioButton(4, 7, L"normal", L"pressed", L"over", L"disabled", second, false, false);
-        ZQRect a(20.0f, 100.0f, 120.0f, 120.0f), b(20.0f, 140.0f, 120.0f, 160.0f);
-        dialog.AddEditBox(10, font, a, white, DT_LEFT);
-        dialog.AddEditBox(11, font, b, white, DT_LEFT);
-        screen->dialog = &dialog;
         recorder.events.clear();
         Drag(c.press, c.via, c.release);
-        std::vector<unsigned int> ids;
-        for (const Recorder::Event& e : recorder.events)
-            ids.push_back(e.id);
-        EXPECT_EQ(ids, c.events) << c.name;
-        EXPECT_EQ(dialog.GetCheckBox(2)->GetChecked(), c.checked) << c.name;
-        EXPECT_EQ(dialog.GetRadioButton(4)->GetSelect(), c.selected == 4) << c.name;
+        EXPECT_EQ(recorder.events.size(), c.clicks) << c.name;
         EXPECT_EQ(dialog.GetEditBox(11)->GetAcquire(), c.focused == 11) << c.name;
-        screen->dialog = nullptr;
     }
 }
 

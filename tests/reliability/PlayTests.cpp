@@ -57,7 +57,8 @@ private:
 };
 
 // A play screen as a kiosk draws it: sprites from an atlas, a looping animation, a dialog with a
-// button and a text, and a font. Device objects follow the callbacks.
+// button, a text, a log and a name entry (the last three through textures of their own), and a font. Device objects
+// follow the callbacks.
 class PlayScene : public ZQ::ZQScene {
 public:
     HRESULT OnCreateDevice(IDirect3DDevice9* device, const D3DSURFACE_DESC*, void*) override {
@@ -75,6 +76,10 @@ public:
         ZQ::ZQRect text(10, 200, 300, 230);
         D3DXCOLOR white(1, 1, 1, 1);
         m_dialog->AddStatic(2, m_font->Get(0), L"Credits 3", text, white, DT_LEFT);
+        ZQ::ZQRect log(10, 60, 110, 110), name(10, 120, 110, 150);
+        m_dialog->AddListBox(3, m_font->Get(0), log);
+        m_dialog->GetListBox(3)->SetText(L"WWWW", white);
+        m_dialog->AddEditBox(4, m_font->Get(0), name, white, DT_LEFT | DT_TOP);
         return S_OK;
     }
     HRESULT OnResetDevice(IDirect3DDevice9* device, const D3DSURFACE_DESC* backBuffer, void* context) override {
@@ -128,20 +133,13 @@ private:
 
 frametest::TestApp* g_app;
 
-class PlayTest : public ::testing::Test {
+class PlayTest : public frametest::AppTest<> {
 protected:
-    void SetUp() override {
+    void Prepare() override {
         reliability::ReportCrashes();
-        frametest::DrainMessages();
-        app = g_app = new frametest::TestApp;
-        ASSERT_EQ(app->Start(), S_OK);
+        g_app = app;
         app->ConstantFrameTime(true, 1.0f / 60);
     }
-    void TearDown() override {
-        delete app;
-        frametest::DrainMessages();
-    }
-    frametest::TestApp* app = nullptr;
 };
 
 } // namespace
@@ -214,19 +212,24 @@ TEST_F(PlayTest, AHundredThousandFramesWithMemoryFlat) {
 }
 
 namespace {
-D3DCOLOR g_spritePixel, g_textPixels;
+// Lit pixels of the text line, the log and the name entry's caret.
+const RECT kTextAreas[] = {{10, 170, 120, 195}, {10, 60, 110, 110}, {10, 120, 110, 150}};
+D3DCOLOR g_spritePixel;
+int g_lit[3];
 void ReadBack(IDirect3DDevice9* device) {
     UINT width = 0;
     const std::vector<D3DCOLOR> pixels = testsupport::CopyBackBuffer(device, width);
-    auto pixel = [&](UINT x, UINT y) {
-        const size_t at = static_cast<size_t>(y) * width + x;
+    auto pixel = [&](LONG x, LONG y) {
+        const size_t at = static_cast<size_t>(y) * width + static_cast<size_t>(x);
         return at < pixels.size() ? pixels[at] | 0xFF000000 : 0;
     };
     g_spritePixel = pixel(22, 22);
-    g_textPixels = 0;
-    for (UINT y = 170; y < 195; ++y)
-        for (UINT x = 10; x < 120; ++x)
-            g_textPixels += pixel(x, y) != 0xFF000000;
+    for (int i = 0; i < 3; ++i) {
+        g_lit[i] = 0;
+        for (LONG y = kTextAreas[i].top; y < kTextAreas[i].bottom; ++y)
+            for (LONG x = kTextAreas[i].left; x < kTextAreas[i].right; ++x)
+                g_lit[i] += pixel(x, y) != 0xFF000000;
+    }
 }
 } // namespace
 
@@ -257,5 +260,7 @@ TEST_F(PlayTest, ResetsAndResizesInThePlayKeepTheScreenDrawing) {
     EXPECT_EQ(scene->resets, 5) << "the first and four resets";
     EXPECT_EQ(scene->losts, 5) << "four resets and the end";
     EXPECT_EQ(g_spritePixel, D3DCOLOR_XRGB(255, 0, 0)) << "the atlas's quadrant picture after the last reset";
-    EXPECT_GT(g_textPixels, 50u) << "text drawn after the last reset";
+    EXPECT_GT(g_lit[0], 50) << "text drawn after the last reset";
+    EXPECT_GT(g_lit[1], 100) << "the log";
+    EXPECT_GT(g_lit[2], 5) << "the name entry's caret";
 }

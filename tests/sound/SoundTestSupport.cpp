@@ -1,7 +1,6 @@
 #include "SoundTestSupport.h"
 
 #include <cstdlib>
-#include <cstring>
 #include <algorithm>
 
 namespace soundtest {
@@ -46,14 +45,6 @@ DWORD Position(IDirectSoundBuffer* buffer) {
     DWORD play = 0, write = 0;
     buffer->GetCurrentPosition(&play, &write);
     return play;
-}
-
-std::vector<short> Captured() {
-    // ZQ_SOUND_CAPTURE names this file.
-    std::vector<unsigned char> bytes = ReadAll(Data(L"played.raw"));
-    std::vector<short> samples(bytes.size() / 2);
-    memcpy(samples.data(), bytes.data(), samples.size() * 2);
-    return samples;
 }
 
 } // namespace soundtest

@@ -24,7 +24,5 @@ struct Tone {
 Tone FindTone(const short* samples, size_t count, size_t step, double rate);
 /// A buffer's play position.
 DWORD Position(IDirectSoundBuffer* buffer);
-/// What ALSA's file plugin captured so far (16-bit stereo, 44,100 Hz).
-std::vector<short> Captured();
 
 } // namespace soundtest

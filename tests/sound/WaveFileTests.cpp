@@ -5,9 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
-using soundtest::Data;
-using soundtest::ReadAll;
-using soundtest::WriteAll;
+using namespace soundtest;
 using ZQ::ZQWaveFile;
 using Bytes = std::vector<unsigned char>;
 
@@ -22,8 +20,9 @@ void Put(Bytes& bytes, uint32_t value, int size) {
         bytes.push_back(static_cast<unsigned char>(value >> (8 * i)));
 }
 
-/// A wave file: RIFF form, "fmt " of fmtSize bytes (PCM mono), "data" declaring dataSize, holding data bytes.
-Bytes Wave(const char* riff, const char* form, uint32_t fmtSize, uint32_t dataSize, size_t data) {
+/// A wave file: RIFF form, "fmt " of fmtSize bytes (PCM mono), "data" declaring dataSize, holding data bytes;
+/// with cut, only its first cut bytes.
+Bytes Wave(const char* riff, const char* form, uint32_t fmtSize, uint32_t dataSize, size_t data, size_t cut = 0) {
     Bytes bytes, fmt;
     Put(bytes, riff);
     Put(bytes, static_cast<uint32_t>(20 + fmtSize + 8 + data), 4);
@@ -37,11 +36,8 @@ Bytes Wave(const char* riff, const char* form, uint32_t fmtSize, uint32_t dataSi
     Put(bytes, dataSize, 4);
     for (size_t i = 0; i < data; ++i)
         bytes.push_back(static_cast<unsigned char>(i));
-    return bytes;
-}
-
-Bytes Cut(Bytes bytes, size_t size) {
-    bytes.resize(size);
+    if (cut)
+        bytes.resize(cut);
     return bytes;
 }
 
@@ -94,8 +90,8 @@ TEST(ZQWaveFile, MalformedFilesFailWithoutAFormatAndResourcesOpenByName) {
         {"not RIFF", Wave("RIFX", "WAVE", 16, 100, 100), E_FAIL, false, 0},
         {"not WAVE", Wave("RIFF", "AVI ", 16, 100, 100), E_FAIL, false, 0},
         {"short fmt", Wave("RIFF", "WAVE", 14, 100, 100), E_FAIL, false, 0},
-        {"no data chunk", Cut(Wave("RIFF", "WAVE", 16, 0, 0), 36), E_FAIL, true, 0},
-        {"cut in fmt", Cut(Wave("RIFF", "WAVE", 16, 100, 100), 30), E_FAIL, false, 0},
+        {"no data chunk", Wave("RIFF", "WAVE", 16, 0, 0, 36), E_FAIL, true, 0},
+        {"cut in fmt", Wave("RIFF", "WAVE", 16, 100, 100, 30), E_FAIL, false, 0},
         {"empty", Bytes(), E_FAIL, false, 0},
         {"text", Bytes(400, 'x'), E_FAIL, false, 0},
         // The data chunk claims 4 GB: only the bytes there count.
