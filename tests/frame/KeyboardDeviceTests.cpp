@@ -10,7 +10,6 @@ namespace {
 class KeyboardApp : public TestApp {
 public:
     using ZQKeyboard::AllowShortcutKeys;
-    using ZQKeyboard::GetAllowShortcutKeys;
     using ZQKeyboard::GetKeyboardHook;
     using ZQKeyboard::SetAllowShortcutKeysWhenWindowed;
 };
@@ -87,16 +86,17 @@ TEST_F(DeviceTest, ALostDeviceIsRecoveredOnTheNextFrame) {
 // Windowed, the Windows keys are blocked only while active and only when the host asks.
 TEST_F(DeviceTest, ActivationFollowsTheShortcutKeySettings) {
     HWND hWnd = app->GethWnd();
-    SendMessageW(hWnd, WM_ACTIVATEAPP, FALSE, 0);
-    SendMessageW(hWnd, WM_ACTIVATEAPP, TRUE, 0);
-    EXPECT_EQ(app->GetKeyboardHook(), nullptr) << "allowed by default";
     app->SetAllowShortcutKeysWhenWindowed(false);
+    SendMessageW(hWnd, WM_ACTIVATEAPP, TRUE, 0);
+    EXPECT_NE(app->GetKeyboardHook(), nullptr) << "the first activation, with no deactivation before it, blocks";
     SendMessageW(hWnd, WM_ACTIVATEAPP, FALSE, 0);
     EXPECT_FALSE(app->IsActive());
     EXPECT_EQ(app->GetKeyboardHook(), nullptr) << "allowed while inactive";
     SendMessageW(hWnd, WM_ACTIVATEAPP, TRUE, 0);
     EXPECT_NE(app->GetKeyboardHook(), nullptr) << "blocked once active again";
-    app->AllowShortcutKeys(true);
+    app->SetAllowShortcutKeysWhenWindowed(true);
+    SendMessageW(hWnd, WM_ACTIVATEAPP, TRUE, 0);
+    EXPECT_EQ(app->GetKeyboardHook(), nullptr) << "allowed again, as by default";
 }
 
 TEST_F(DeviceTest, StatisticsTexts) {
