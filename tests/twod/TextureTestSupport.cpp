@@ -39,9 +39,7 @@ IDirect3DDevice9* Device() {
 }
 
 std::wstring Data(const std::wstring& name) {
-    wchar_t folder[MAX_PATH] = L"";
-    GetEnvironmentVariableW(L"ZQ_TEST_DATA", folder, MAX_PATH);
-    return std::wstring(folder) + L"\\" + name;
+    return testsupport::EnvFile(L"ZQ_TEST_DATA", name);
 }
 
 std::wstring CopyData(const std::wstring& from, const std::wstring& to, long cut, long patchAt,
